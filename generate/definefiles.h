@@ -1,0 +1,18 @@
+#pragma once
+
+#include "../config/configkeys.h"
+
+#include <QStringList>
+
+namespace IPCPRI {
+namespace Generate {
+
+// Lines of "top_define.vh": the name of the generated top module.
+QStringList topDefines(const ConfigMap &record);
+
+// Lines of "cpri_defines.vh": lane, optional ports, line rates, timing,
+// Ethernet, protocol, HDLC, vendor-specific, role and PLL choices.
+QStringList coreDefines(const ConfigMap &record);
+
+} // namespace Generate
+} // namespace IPCPRI

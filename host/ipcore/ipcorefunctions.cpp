@@ -1,0 +1,141 @@
+#include "ipcorefunctions.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+#include <QTextStream>
+
+namespace IPCore {
+
+namespace {
+
+const QString idKey = QStringLiteral("ipcore.id");
+const QString nameKey = QStringLiteral("ipcore.name");
+const QString versionKey = QStringLiteral("ipcore.version");
+
+QString &lastErrorText()
+{
+    static QString text;
+    return text;
+}
+
+QStringList &written()
+{
+    static QStringList paths;
+    return paths;
+}
+
+bool fail(const QString &reason)
+{
+    lastErrorText() = reason;
+    return false;
+}
+
+// One descriptor line into the map; false on a syntax error.
+bool readSpecLine(const QString &raw, QMap<QString, QVariant> &info)
+{
+    const QString line = raw.trimmed();
+    if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
+        return true;
+    const int eq = line.indexOf(QLatin1Char('='));
+    if (eq <= 0)
+        return false;
+    const bool append = line.at(eq - 1) == QLatin1Char('+');
+    const QString key = line.left(append ? eq - 1 : eq).trimmed();
+    const QString value = line.mid(eq + 1).trimmed();
+    if (key.isEmpty())
+        return false;
+    if (append)
+        info.insert(key, info.value(key).toStringList() << value);
+    else
+        info.insert(key, value);
+    return true;
+}
+
+bool names(const QStringList &entries, const DEV::DeviceArg &device)
+{
+    return entries.contains(QStringLiteral("*")) || entries.contains(device.device())
+           || entries.contains(device.id());
+}
+
+} // namespace
+
+QMap<QString, QVariant> processIPInfoSpec(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    QTextStream in(&file);
+    in.setCodec("UTF-8");
+    QMap<QString, QVariant> info;
+    while (!in.atEnd()) {
+        if (!readSpecLine(in.readLine(), info))
+            return {};
+    }
+    return info;
+}
+
+bool checkCommonInfo(const QMap<QString, QVariant> &info)
+{
+    for (const QString &key : {idKey, nameKey, versionKey}) {
+        if (info.value(key).toString().isEmpty())
+            return false;
+    }
+    return true;
+}
+
+bool isSupported(const DEV::DeviceArg &device, const QStringList &unsupported,
+                 const QStringList &supported)
+{
+    if (device.isNull() || names(unsupported, device))
+        return false;
+    return supported.isEmpty() || names(supported, device);
+}
+
+bool makeDirs(const QString &dir, const QString &coreName)
+{
+    if (dir.isEmpty())
+        return fail(QStringLiteral("%1: no output directory given").arg(coreName));
+    if (!QDir().mkpath(dir))
+        return fail(QStringLiteral("%1: cannot create directory %2").arg(coreName, dir));
+    return true;
+}
+
+bool generateFile(const QString &path, const QStringList &lines, QWidget *parent,
+                  const QString &header)
+{
+    Q_UNUSED(parent)
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return fail(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
+    QTextStream out(&file);
+    out.setCodec("UTF-8");
+    if (!header.isEmpty()) {
+        for (const QString &line : header.split(QLatin1Char('\n')))
+            out << "// " << line << '\n';
+    }
+    for (const QString &line : lines)
+        out << line << '\n';
+    out.flush();
+    if (out.status() != QTextStream::Ok || !file.commit())
+        return fail(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
+    written() << path;
+    return true;
+}
+
+QString lastError()
+{
+    return lastErrorText();
+}
+
+QStringList writtenFiles()
+{
+    return written();
+}
+
+void clearWrittenFiles()
+{
+    written().clear();
+}
+
+} // namespace IPCore

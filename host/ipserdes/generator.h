@@ -1,0 +1,33 @@
+#pragma once
+
+#include "../hostglobal.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace IPSERDESIP {
+
+// Turns a transceiver settings list into the register file of the lane
+// ("*.csr"). It reads the lane's PLL choice ("<lane>_pll_sel"), line rate
+// ("<lane>_tx_rate", Gbps) and the reference-clock frequency line
+// ("*_freq", MHz), and finds PLL dividers that produce the rate.
+//
+// generate() is false when the list is malformed (errors listed by
+// getErrStringList), when the file cannot be written (an error too), or
+// when no divider setting produces the rate (no error lines: the rate is
+// simply out of reach of that reference clock).
+class IPHOST_EXPORT generator
+{
+public:
+    generator();
+    virtual ~generator();
+
+    bool generate(const QStringList &settings, const QString &csrPath,
+                  const QStringList &extraSettings);
+    QStringList getErrStringList() const;
+
+private:
+    QStringList m_errors;
+};
+
+} // namespace IPSERDESIP

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
+#include <optional>
+
+namespace IPCPRI {
+namespace Serdes {
+
+// One transceiver lane in each of the forms the core writes it in.
+struct Lane
+{
+    QString displayName; // "Q0 Lane2": shown, stored and reported by the registry
+    QString key;         // "Q0_LANE2": the registry's lane key
+    QString prefix;      // "q0_ln2": starts the lane's setting lines
+    QString quadName;    // "Q0"
+    QString quadPrefix;  // "q0": starts the quad's setting lines
+    QString cpllKey;     // "Q0_CPLL2": the lane's channel PLL
+};
+
+inline constexpr int LanesPerQuad = 4;
+
+// The eight lanes, quad 0 first.
+const QVector<Lane> &lanes();
+// Exact, case-sensitive lookup; null for any other text.
+const Lane *laneByDisplayName(const QString &displayName);
+// Lane display name + direction -> "Q0_LANE0_RX" / "Q0_LANE0_TX".
+QString laneAccessName(const QString &displayName, bool receive);
+
+// PLL display names as offered in the dialog.
+inline const QString Qpll0 = QStringLiteral("QPLL0");
+inline const QString Qpll1 = QStringLiteral("QPLL1");
+inline const QString Cpll = QStringLiteral("CPLL");
+// The PLL key of a PLL display name on a lane ("Q1_QPLL1", "Q1_CPLL2"), or
+// nothing for a name other than the three.
+std::optional<QString> pllKey(const Lane &lane, const QString &pllDisplayName);
+// The key of a shared PLL of a quad ("Q0" + "QPLL0" -> "Q0_QPLL0").
+QString qpllKey(const QString &quadName, const QString &pllDisplayName);
+
+// A reference-clock source: display name and the pattern of its frequency line.
+struct RefClock
+{
+    QString displayName;   // "Q0 REFCLK0"
+    QString frequencyLine; // "q0_refclk0_freq %1"
+};
+
+const QVector<RefClock> &refClocks();
+// The frequency line of a source with the frequency text as a number in
+// the general format ("122.880" -> "q0_refclk0_freq 122.88"), or nothing
+// for a source outside the table.
+std::optional<QString> frequencyLine(const QString &source, const QString &frequencyText);
+// A frequency in MHz as setting lines and the dialog write it: general
+// format, six significant digits, no trailing zeros.
+QString frequencyText(double mhz);
+
+// Device families, as lists of part names separated by "/".
+inline const QString FirstFamily = QStringLiteral("DVA-1/DVA-2");
+inline const QString SecondFamily = QStringLiteral("DVB-1/DVB-2/DVB-3/DVB-4/DVB-5/DVB-6");
+inline const QString BothFamilies =
+    QStringLiteral("DVA-1/DVA-2/DVB-1/DVB-2/DVB-3/DVB-4/DVB-5/DVB-6");
+// Exact, case-sensitive membership of a part name in a family list.
+bool inFamily(const QString &familyList, const QString &partName);
+
+// The quad shared receiver bias: registry keys and setting lines.
+struct QuadBias
+{
+    QString quadName;     // "Q0": a lane display name of the quad starts with it
+    QString registryKey;  // "Q0_BIAS"
+    QString settingLine;  // "q0_rx_eq_bias %1"
+};
+const QVector<QuadBias> &quadBiases();
+// The bias lines for a lane display name: one per quad whose name starts
+// it, quad 0 first, each with the value valueOf gives for that quad.
+QStringList biasLines(const QString &laneDisplayName,
+                      const std::function<int(const QuadBias &)> &valueOf);
+
+} // namespace Serdes
+} // namespace IPCPRI

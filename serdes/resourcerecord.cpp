@@ -1,0 +1,43 @@
+#include "resourcerecord.h"
+
+#include "resourcenames.h"
+#include "../config/linerates.h"
+
+#include <ipserdes/message.h>
+#include <ipserdes/serdesfunctions.h>
+
+namespace IPCPRI {
+namespace Serdes {
+
+namespace {
+const QString InstanceSeparator = QStringLiteral(":");
+const QString UnusedEntry = QStringLiteral("0");
+} // namespace
+
+IPSERDESIP::Message *resourceRecord(const QString &coreName, const ConfigMap &record)
+{
+    namespace Key = Config::Key;
+    auto *message = new IPSERDESIP::Message;
+    message->coreName = coreName;
+    const QString module = record.value(Key::Module).toString();
+    const QString file = record.value(Key::File).toString();
+    message->instanceName = file + InstanceSeparator + module;
+    message->moduleValue = module;
+    message->fileValue = file;
+    if (const Lane *lane = laneByDisplayName(record.value(Key::ChannelSelection).toString())) {
+        message->laneList << lane->key;
+        if (const std::optional<QString> pll =
+                pllKey(*lane, record.value(Key::PllSelection).toString()))
+            message->pllList << *pll;
+    }
+    message->refClockList
+        << IPSERDESIP::FromRefOptionToRef(record.value(Key::RefClkSource).toString());
+    message->refFreqList << record.value(Key::RefClkFrequency).toString();
+    message->lineRates << Config::withoutUnit(record.value(Key::LineRate).toString());
+    message->auxList1 << UnusedEntry;
+    message->auxList2 << UnusedEntry;
+    return message;
+}
+
+} // namespace Serdes
+} // namespace IPCPRI
