@@ -57,7 +57,7 @@ bool enabledAndChecked(const QAbstractButton *button)
     return button->isEnabled() && button->isChecked();
 }
 
-void setEnabled(std::initializer_list<QWidget *> widgets, bool enabled)
+void setAllEnabled(std::initializer_list<QWidget *> widgets, bool enabled)
 {
     for (QWidget *widget : widgets)
         widget->setEnabled(enabled);
@@ -176,7 +176,7 @@ void cpridlg::initDialog()
     classGroup->setExclusive(true);
     for (QCheckBox *box : speedClassBoxes(coreUi))
         classGroup->addButton(box);
-    setEnabled({coreUi->speedSel101376, coreUi->speedSel1216512}, true);
+    setAllEnabled({coreUi->speedSel101376, coreUi->speedSel1216512}, true);
 
     auto *rateGroup = new QButtonGroup(this);
     rateGroup->setExclusive(true);
@@ -187,7 +187,7 @@ void cpridlg::initDialog()
     coreUi->speedEnable06144->setEnabled(false);
 
     const bool topGrade = device().condition() == Config::TopGrade;
-    setEnabled({coreUi->speedEnable101376, coreUi->speedEnable1216512}, topGrade);
+    setAllEnabled({coreUi->speedEnable101376, coreUi->speedEnable1216512}, topGrade);
     coreUi->speedEnable811008->setEnabled(true);
 
     coreUi->ConfigClkPeriod->setValidator(
@@ -203,7 +203,7 @@ void cpridlg::initDialog()
     coreUi->HDLCByte->setEnabled(false);
     coreUi->HDLCMask->setInputMask(FourHexDigitsMask);
     coreUi->HDLCMask->setEnabled(false);
-    setEnabled({coreUi->Master, coreUi->Slave}, false);
+    setAllEnabled({coreUi->Master, coreUi->Slave}, false);
 
     phyUi->lineRate->setEnabled(false);
     phyUi->lineRate->setText(Choice::InitialLineRate);
@@ -455,9 +455,9 @@ void cpridlg::onFFEModeChanged()
     if (mode == Choice::Auto) {
         afeUi->cmSpinBox->setValue(0);
         afeUi->c1SpinBox->setValue(0);
-        setEnabled({afeUi->cmSpinBox, afeUi->c1SpinBox, afeUi->label, afeUi->label_2}, false);
+        setAllEnabled({afeUi->cmSpinBox, afeUi->c1SpinBox, afeUi->label, afeUi->label_2}, false);
     } else if (mode == Choice::Manual) {
-        setEnabled({afeUi->cmSpinBox, afeUi->c1SpinBox, afeUi->label, afeUi->label_2}, true);
+        setAllEnabled({afeUi->cmSpinBox, afeUi->c1SpinBox, afeUi->label, afeUi->label_2}, true);
     }
 }
 
@@ -469,9 +469,9 @@ void cpridlg::onEqualizationModeChanged()
         afeUi->attSpinBox->setEnabled(false);
         afeUi->boostSpinBox->setValue(FieldRules::AutoBoost);
         afeUi->boostSpinBox->setEnabled(false);
-        setEnabled({afeUi->label_14, afeUi->label_15}, false);
+        setAllEnabled({afeUi->label_14, afeUi->label_15}, false);
     } else if (mode == Choice::Manual) {
-        setEnabled({afeUi->attSpinBox, afeUi->boostSpinBox, afeUi->label_14, afeUi->label_15},
+        setAllEnabled({afeUi->attSpinBox, afeUi->boostSpinBox, afeUi->label_14, afeUi->label_15},
                    true);
     }
 }

@@ -174,14 +174,18 @@ void TestDialog::fixedListsAndModes()
     combo(d.get(), "ffeModeCombox")->setCurrentText(QStringLiteral("Auto"));
     QCOMPARE(widget<QLabel>(d.get(), "c0Lael")->text(), QStringLiteral("40"));
 
-    QList<QGroupBox *> hidden;
+    QStringList hidden;
     for (QGroupBox *group : d->findChildren<QGroupBox *>()) {
         if (group->isHidden())
-            hidden << group;
+            hidden << group->title();
     }
-    QCOMPARE(hidden.size(), 2);
+    hidden.sort();
+    // The encoding group waits for a rate above 9.8304 Gbps on this device.
+    QCOMPARE(hidden, QStringList({QStringLiteral("Encoding and Decoding"), QStringLiteral("RX Ports "),
+                                  QStringLiteral("TX Ports ")}));
     QVERIFY(!box(d.get(), "checkBoxDRPPort")->isHidden());
-    QVERIFY(!box(d.get(), "Master")->isEnabled() && box(d.get(), "Master")->isChecked());
+    QVERIFY(!widget<QAbstractButton>(d.get(), "Master")->isEnabled());
+    QVERIFY(widget<QAbstractButton>(d.get(), "Master")->isChecked());
     QVERIFY(!edit(d.get(), "HDLCByte")->isEnabled());
     QCOMPARE(edit(d.get(), "HDLCMask")->displayText(), QStringLiteral("0000"));
 }

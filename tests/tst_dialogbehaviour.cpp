@@ -379,7 +379,7 @@ void TestDialogBehaviour::loadingAVersionOnlyRecord()
     QVERIFY(d->setOpening(versionOnly()));
     for (const char *name : {"speedSel3072", "speedEnable12288", "speedEnable1216512", "GMII",
                              "checkBoxDRPPort", "checkBoxBIASPorts"})
-        QVERIFY2(!box(d.get(), name)->isChecked(), name);
+        QVERIFY2(!widget<QAbstractButton>(d.get(), name)->isChecked(), name);
     QVERIFY(widget<QAbstractButton>(d.get(), "MII")->isChecked());
     QVERIFY(widget<QAbstractButton>(d.get(), "ProtocolVersion1")->isChecked());
     QCOMPARE(edit(d.get(), "ConfigClkPeriod")->text(), QStringLiteral("50"));

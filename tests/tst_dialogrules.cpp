@@ -180,7 +180,7 @@ void TestDialogRules::portGroups()
     QFETCH(FigureChoices, choices);
     QFETCH(QStringList, present);
     QFETCH(QStringList, absent);
-    const QStringList pins = names(portFigure(choices));
+    QStringList pins = names(portFigure(choices));
     for (const QString &name : present)
         QVERIFY2(pins.contains(name), qPrintable(name));
     for (const QString &name : absent)

@@ -1,5 +1,7 @@
 // Generation end to end: the protocol object's generate and checkResources.
 
+#include "testrecords.h"
+
 #include <config/configkeys.h>
 #include <plugin/cpri.h>
 
@@ -20,20 +22,7 @@ namespace {
 
 ConfigMap typicalRecord()
 {
-    ConfigMap r;
-    for (const IPCPRI::Config::KeySpec &spec : IPCPRI::Config::recordKeys())
-        r.insert(spec.key, spec.initial);
-    r.remove(Key::Mode64b66b);
-    r.insert(Key::TargetDevice, QStringLiteral("DVA-1-C2I1"));
-    r.insert(Key::File, QStringLiteral("ip1"));
-    r.insert(Key::Module, QStringLiteral("cpri_top"));
-    r.insert(Key::ChannelSelection, QStringLiteral("Q0 Lane1"));
-    r.insert(Key::SpeedSel98304, true);
-    r.insert(Key::Rate98304, true);
-    r.insert(Key::LineRate, QStringLiteral("9.83040Gbps"));
-    r.insert(Key::HighestSpeedIndex, 6);
-    r.insert(Key::SpeedEnablesRecord, QStringLiteral("000001000000"));
-    return r;
+    return TestRecords::typical();
 }
 
 QStringList fileLines(const QString &path)

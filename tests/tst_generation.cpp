@@ -1,6 +1,8 @@
 // The define files, synthesis options and the settings lines that
 // generation adds, built from records.
 
+#include "testrecords.h"
+
 #include <config/configkeys.h>
 #include <generate/definefiles.h>
 #include <generate/synthesisoptions.h>
@@ -13,32 +15,13 @@ using IPCPRI::ConfigMap;
 namespace Key = IPCPRI::Config::Key;
 namespace Gen = IPCPRI::Generate;
 
+using TestRecords::with;
+
 namespace {
-
-// The record of a typical 9.8304 Gbps core on Q0 Lane1.
-ConfigMap typicalRecord()
+IPCPRI::ConfigMap typicalRecord()
 {
-    ConfigMap r;
-    for (const IPCPRI::Config::KeySpec &spec : IPCPRI::Config::recordKeys())
-        r.insert(spec.key, spec.initial);
-    r.remove(Key::Mode64b66b);
-    r.insert(Key::Module, QStringLiteral("cpri_top"));
-    r.insert(Key::File, QStringLiteral("cpri_0"));
-    r.insert(Key::ChannelSelection, QStringLiteral("Q0 Lane1"));
-    r.insert(Key::SpeedSel98304, true);
-    r.insert(Key::Rate98304, true);
-    r.insert(Key::LineRate, QStringLiteral("9.83040Gbps"));
-    r.insert(Key::HighestSpeedIndex, 6);
-    r.insert(Key::SpeedEnablesRecord, QStringLiteral("000001000000"));
-    return r;
+    return TestRecords::with(TestRecords::typical(), Key::File, QStringLiteral("cpri_0"));
 }
-
-ConfigMap with(ConfigMap record, const QString &key, const QVariant &value)
-{
-    record.insert(key, value);
-    return record;
-}
-
 } // namespace
 
 class TestGeneration : public QObject

@@ -1,6 +1,8 @@
 // The generated define files are real Verilog: Icarus Verilog compiles
 // them with the core's top level, and the macros carry the configured values.
 
+#include "testrecords.h"
+
 #include <config/configkeys.h>
 #include <plugin/cpri.h>
 
@@ -21,9 +23,9 @@ const char Testbench[] = R"(`timescale 1ns / 1ps
 `include "top_define.vh"
 `include "cpri_defines.vh"
 module tb;
-  `module_name dut();
+  // The record names the module my_cpri: the top level must carry that name.
+  my_cpri dut();
   initial begin
-    $display("MODULE=%m");
 `ifdef LANE_NUM
     $display("LANE_NUM=%0d", `LANE_NUM);
 `endif
@@ -63,10 +65,7 @@ endmodule
 
 ConfigMap baseRecord()
 {
-    ConfigMap r;
-    for (const IPCPRI::Config::KeySpec &spec : IPCPRI::Config::recordKeys())
-        r.insert(spec.key, spec.initial);
-    r.remove(Key::Mode64b66b);
+    ConfigMap r = TestRecords::initial();
     r.insert(Key::File, QStringLiteral("core"));
     r.insert(Key::Module, QStringLiteral("my_cpri"));
     return r;
@@ -96,7 +95,7 @@ void TestVerilog::definesCompileWithTheCore_data()
     r.insert(Key::ScramblerSeed, QStringLiteral("1F000000"));
     QTest::newRow("9.8304G on Q1 Lane2")
         << r
-        << QStringList{QStringLiteral("MODULE=tb.dut"), QStringLiteral("LANE_NUM=6"),
+        << QStringList{QStringLiteral("LANE_NUM=6"),
                        QStringLiteral("LINE_RATE_MASK=000001000000"),
                        QStringLiteral("LINE_RATE_INIT=6"), QStringLiteral("CFG_CLK_PERIOD=20.00"),
                        QStringLiteral("SCRAMBLER_SEED=1f000000"), QStringLiteral("HDLC_RATE=02"),
