@@ -38,6 +38,9 @@ constexpr int kMinFigureAreaWidth = 220;
 constexpr int kMaxFigureAreaWidth = 600;
 constexpr int kMinFigureAreaHeight = 320;
 constexpr qreal kFigureFontScale = 0.9;
+// Room for the symbol beside a core's largest tab page.
+constexpr int kInitialWidth = 1180;
+constexpr int kInitialHeight = 780;
 
 // The reserved words of Verilog-2001 (IEEE 1364-2001); none may name a module.
 const QSet<QString> &verilogKeywords()
@@ -276,6 +279,7 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
 
     fitFigureArea(findChild<QScrollArea *>(QString::fromLatin1(kFigureAreaName)), m_figure);
     updateCreatePath();
+    resize(kInitialWidth, kInitialHeight);
 }
 
 protocolGenDlg::~protocolGenDlg() = default;
