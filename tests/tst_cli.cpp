@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -55,6 +56,8 @@ private slots:
     void badInput_data();
     void badInput();
     void refusedGenerationExitsNonZero();
+    void dialogEditAndAcceptKeepsTheRecord();
+    void dialogScreenshots();
 };
 
 void TestCli::helpListsTheCommands()
@@ -212,6 +215,39 @@ void TestCli::refusedGenerationExitsNonZero()
     QCOMPARE(r.json().object().value(QStringLiteral("ok")).toBool(true), false);
     QVERIFY(r.err.contains("empty"));
     QVERIFY(!QFileInfo::exists(dir.path() + QStringLiteral("/w")));
+}
+
+void TestCli::dialogEditAndAcceptKeepsTheRecord()
+{
+    QTemporaryDir dir;
+    const QString out = dir.path() + QStringLiteral("/accepted.json");
+    const Result r = runHost({QStringLiteral("dialog"), QStringLiteral("--edit"), Example,
+                              QStringLiteral("--accept"), QStringLiteral("--out"), out,
+                              QStringLiteral("--workdir"), dir.path()});
+    QVERIFY2(r.exitCode == 0, r.err.constData());
+    QFile example(Example);
+    QVERIFY(example.open(QIODevice::ReadOnly));
+    const QJsonObject original = QJsonDocument::fromJson(example.readAll()).object();
+    QCOMPARE(r.json().object(), original);
+    QFile written(out);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    QCOMPARE(QJsonDocument::fromJson(written.readAll()).object(), original);
+}
+
+void TestCli::dialogScreenshots()
+{
+    QTemporaryDir dir;
+    const Result r = runHost({QStringLiteral("dialog"), QStringLiteral("--device"),
+                              QStringLiteral("DVB-1-C2I1"), QStringLiteral("--screenshot"), dir.path()});
+    QCOMPARE(r.exitCode, 0);
+    const QStringList shots = strings(r.json().object().value(QStringLiteral("screenshots")));
+    QCOMPARE(shots.size(), 5);
+    for (const QString &shot : shots)
+        QVERIFY2(QImage(shot).width() > 600, qPrintable(shot));
+    const Result bad = runHost({QStringLiteral("dialog"), QStringLiteral("--device"),
+                                QStringLiteral("nope"), QStringLiteral("--screenshot"), dir.path()});
+    QCOMPARE(bad.exitCode, 2);
+    QVERIFY(bad.err.contains("unknown device"));
 }
 
 QTEST_GUILESS_MAIN(TestCli)

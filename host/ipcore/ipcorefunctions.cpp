@@ -1,9 +1,13 @@
 #include "ipcorefunctions.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QTextStream>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 
 namespace IPCore {
 
@@ -19,7 +23,7 @@ QString &lastErrorText()
     return text;
 }
 
-QStringList &written()
+QStringList &writtenPaths()
 {
     static QStringList paths;
     return paths;
@@ -105,21 +109,31 @@ bool generateFile(const QString &path, const QStringList &lines, QWidget *parent
                   const QString &header)
 {
     Q_UNUSED(parent)
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return fail(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
-    QTextStream out(&file);
-    out.setCodec("UTF-8");
+    QByteArray bytes;
     if (!header.isEmpty()) {
         for (const QString &line : header.split(QLatin1Char('\n')))
-            out << "// " << line << '\n';
+            bytes += "// " + line.toUtf8() + '\n';
     }
     for (const QString &line : lines)
-        out << line << '\n';
-    out.flush();
-    if (out.status() != QTextStream::Ok || !file.commit())
+        bytes += line.toUtf8() + '\n';
+
+    // The lines go to a file beside the target, which then replaces the
+    // target in one step: a failure leaves the target as it was.
+    const QString partial =
+        path + QStringLiteral(".part-%1").arg(QCoreApplication::applicationPid());
+    QFile file(partial);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return fail(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
-    written() << path;
+    const bool written = file.write(bytes) == bytes.size() && file.flush();
+    file.close();
+    if (!written || ::rename(QFile::encodeName(partial).constData(),
+                             QFile::encodeName(path).constData()) != 0) {
+        const QString reason = written ? QString::fromLocal8Bit(std::strerror(errno))
+                                       : file.errorString();
+        QFile::remove(partial);
+        return fail(QStringLiteral("cannot write %1: %2").arg(path, reason));
+    }
+    writtenPaths() << path;
     return true;
 }
 
@@ -130,12 +144,12 @@ QString lastError()
 
 QStringList writtenFiles()
 {
-    return written();
+    return writtenPaths();
 }
 
 void clearWrittenFiles()
 {
-    written().clear();
+    writtenPaths().clear();
 }
 
 } // namespace IPCore
