@@ -4,6 +4,9 @@
 #include "pluginhost.h"
 #include "recordfile.h"
 
+#include <config/configkeys.h>
+#include <config/descriptorkeys.h>
+
 #include <core/idecore.h>
 #include <dev/devicedb.h>
 #include <ipcore/ipcorefunctions.h>
@@ -25,7 +28,6 @@ namespace CpriHost {
 
 namespace {
 
-const QString TargetDeviceKey = QStringLiteral("target_device");
 const QString DefaultInstanceName = QStringLiteral("cpri_0");
 
 void print(const QJsonDocument &doc)
@@ -83,9 +85,9 @@ bool readRecordArgument(const Options &options, QMap<QString, QVariant> &record,
 // The device a record names; a record without one works on no device.
 bool deviceOfRecord(const QMap<QString, QVariant> &record, DEV::DeviceArg &device, QString &error)
 {
-    if (!record.contains(TargetDeviceKey))
+    if (!record.contains(IPCPRI::Config::Key::TargetDevice))
         return true;
-    const QString id = record.value(TargetDeviceKey).toString();
+    const QString id = record.value(IPCPRI::Config::Key::TargetDevice).toString();
     device = devices()->findDevice(id);
     if (device.isNull())
         error = QStringLiteral("unknown device \"%1\" (see: cpri-host devices)").arg(id);
@@ -172,7 +174,7 @@ int runInfo(PluginHost &host)
 {
     IPSERDESIP::BaseProtocol *protocol = host.protocol();
     const QMap<QString, QVariant> descriptor =
-        IPCore::processIPInfoSpec(host.packageDir() + QStringLiteral("/cpri.ipspec"));
+        IPCore::processIPInfoSpec(host.packageDir() + QLatin1Char('/') + IPCPRI::Descriptor::FileName);
     print(QJsonDocument(QJsonObject{
         {QStringLiteral("id"), protocol->id()},
         {QStringLiteral("name"), protocol->name()},

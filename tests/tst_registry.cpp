@@ -44,8 +44,6 @@ private slots:
     void routeIsRegisteredUntilReset();
     void refusedRouteRegistersNothing();
     void globalResetLinesAreOnlyAppended();
-    void referenceNames_data();
-    void referenceNames();
     void generatorFindsDividers_data();
     void generatorFindsDividers();
     void descriptorFormat();
@@ -187,27 +185,6 @@ void TestRegistry::globalResetLinesAreOnlyAppended()
     QCOMPARE(settings.mid(before.size()),
              QStringList({QStringLiteral("q1_global_reset_en true"),
                           QStringLiteral("q0_global_reset_en true")}));
-}
-
-void TestRegistry::referenceNames_data()
-{
-    QTest::addColumn<QString>("display");
-    QTest::addColumn<QString>("routing");
-    QTest::addColumn<QString>("serdesName");
-    QTest::newRow("refclk") << "Q1 REFCLK1" << "Q1_REFCLK1" << "q1_refclk1";
-    QTest::newRow("refin") << "Q0 REFIN2" << "Q0_REFIN2" << "q0_gpio2";
-    QTest::newRow("shared refin") << "Q0 REFIN" << "Q0_REFIN" << "q0_gpio";
-    QTest::newRow("main clock") << "MCLK" << "MCLK" << "mclk";
-    QTest::newRow("unknown") << "Q0 refclk0" << "" << "";
-}
-
-void TestRegistry::referenceNames()
-{
-    QFETCH(QString, display);
-    QFETCH(QString, routing);
-    QFETCH(QString, serdesName);
-    QCOMPARE(IPSERDESIP::FromRefOptionToRef(display), routing);
-    QCOMPARE(IPSERDESIP::refsrcOptTransforSerdesName(display), serdesName);
 }
 
 void TestRegistry::generatorFindsDividers_data()
