@@ -80,11 +80,11 @@ bool RecordFile::read(const QString &path, QMap<QString, QVariant> &record, QStr
     for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
         QVariant value;
         ValueType type;
-        const IPCPRI::Config::KeySpec *spec = IPCPRI::Config::keySpec(it.key());
-        if (!toVariant(it.value(), value, type) || (spec && spec->type != type)) {
+        const IPCPRI::Config::KeySpec *known = IPCPRI::Config::keySpec(it.key());
+        if (!toVariant(it.value(), value, type) || (known && known->type != type)) {
             error = QStringLiteral("%1: the value of \"%2\" must be %3")
                         .arg(path, it.key(),
-                             spec ? typeName(spec->type)
+                             known ? typeName(known->type)
                                   : QStringLiteral("a text, a boolean or an integer"));
             return false;
         }

@@ -91,7 +91,7 @@ const KeySpec *keySpec(const QString &key)
 {
     const QVector<KeySpec> &keys = recordKeys();
     const auto it = std::find_if(keys.cbegin(), keys.cend(),
-                                 [&](const KeySpec &spec) { return spec.key == key; });
+                                 [&](const KeySpec &row) { return row.key == key; });
     return it == keys.cend() ? nullptr : &*it;
 }
 

@@ -12,8 +12,8 @@ namespace Key = IPCPRI::Config::Key;
 inline IPCPRI::ConfigMap initial()
 {
     IPCPRI::ConfigMap r;
-    for (const IPCPRI::Config::KeySpec &spec : IPCPRI::Config::recordKeys())
-        r.insert(spec.key, spec.initial);
+    for (const IPCPRI::Config::KeySpec &row : IPCPRI::Config::recordKeys())
+        r.insert(row.key, row.initial);
     r.remove(Key::Mode64b66b); // present only from 8.11008 Gbps on
     return r;
 }

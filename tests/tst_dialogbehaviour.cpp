@@ -212,9 +212,9 @@ void TestDialogBehaviour::untouchedDialogCollectsDefaults()
     QCOMPARE(r.value(QStringLiteral("Channel_Selection")).toString(), QStringLiteral("Q0 Lane0"));
     QVERIFY(!r.contains(QStringLiteral("ifChangedAllOfBias")));
     QCOMPARE(r.size(), Config::recordKeys().size() - 2); // no 64B/66B, no bias decision
-    for (const Config::KeySpec &spec : Config::recordKeys()) {
-        if (r.contains(spec.key) && spec.type != Config::ValueType::Text)
-            QCOMPARE(r.value(spec.key).type(), spec.initial.type());
+    for (const Config::KeySpec &row : Config::recordKeys()) {
+        if (r.contains(row.key) && row.type != Config::ValueType::Text)
+            QCOMPARE(r.value(row.key).type(), row.initial.type());
     }
     QCOMPARE(probe.routeLanes(), QStringList{QStringLiteral("Q0_LANE0")});
     QCOMPARE(probe.routePlls(), QStringList{QStringLiteral("Q0_QPLL0")});

@@ -11,10 +11,8 @@
 #include <QMetaProperty>
 #include <QRadioButton>
 #include <QScrollArea>
-#include <QSet>
 #include <QSpinBox>
 #include <QTest>
-#include <QTranslator>
 #include <QVBoxLayout>
 
 #include <functional>
@@ -92,25 +90,6 @@ QString propertyText(QObject *o, const char *name)
            + QString::fromLatin1(e.valueToKey(sp.verticalPolicy()));
 }
 
-// Translates only one context, as "[text]", and records every context asked for.
-class RecordingTranslator : public QTranslator
-{
-public:
-    explicit RecordingTranslator(const QString &context) : m_context(context) {}
-    QString translate(const char *context, const char *source, const char *, int) const override
-    {
-        asked.insert(QString::fromUtf8(context));
-        if (QString::fromUtf8(context) != m_context)
-            return QString();
-        return QLatin1Char('[') + QString::fromUtf8(source) + QLatin1Char(']');
-    }
-    bool isEmpty() const override { return false; }
-    mutable QSet<QString> asked;
-
-private:
-    QString m_context;
-};
-
 // Notes the size the scroll content has when the scroll area adopts it,
 // i.e. the size it was built with, before the scroll area resizes it.
 class ContentSizeProbe : public QObject
@@ -150,12 +129,8 @@ private slots:
     void spinBoxRanges();
     void pageFrame_data();
     void pageFrame();
-    void textsUseTheFormContext_data();
-    void textsUseTheFormContext();
     void widgetProperties_data();
     void widgetProperties();
-    void choicePairs_data();
-    void choicePairs();
 };
 
 void TestForms::initTestCase()
@@ -377,39 +352,7 @@ void TestForms::pageFrame()
     QTEST(probe.size, "contentSize");
 }
 
-void TestForms::textsUseTheFormContext_data()
-{
-    QTest::addColumn<QString>("form");
-    QTest::addColumn<QString>("context");
-    for (const char *form : {"core", "phy", "afe", "opt"})
-        QTest::newRow(form) << form << QStringLiteral("IPCPRI::%1_config").arg(QLatin1String(form));
-}
-
 // Re-applying the texts asks only the form's context, and for every text shown.
-void TestForms::textsUseTheFormContext()
-{
-    QFETCH(QString, form);
-    QFETCH(QString, context);
-    auto f = makeForm(form);
-    RecordingTranslator translator(context);
-    QCoreApplication::installTranslator(&translator);
-    translator.asked.clear();
-    f->retranslate();
-    QCoreApplication::removeTranslator(&translator);
-    QCOMPARE(translator.asked, QSet<QString>({context}));
-    QCOMPARE(f->page.windowTitle(), QStringLiteral("[Form]"));
-    QStringList texts;
-    for (QWidget *w : f->page.findChildren<QWidget *>())
-        if (!qobject_cast<QLineEdit *>(w))
-            texts << textOf(w);
-    for (QComboBox *combo : f->page.findChildren<QComboBox *>())
-        for (int i = 0; i < combo->count(); ++i)
-            texts << combo->itemText(i);
-    for (const QString &text : qAsConst(texts))
-        if (!text.isEmpty())
-            QVERIFY2(text.startsWith(QLatin1Char('[')) && text.endsWith(QLatin1Char(']')), qPrintable(text));
-}
-
 void TestForms::widgetProperties_data()
 {
     QTest::addColumn<QString>("form");
@@ -447,38 +390,6 @@ void TestForms::widgetProperties()
     QTEST(propertyText(w, property.constData()), "expected");
 }
 
-void TestForms::choicePairs_data()
-{
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("second");
-    QTest::addColumn<bool>("exclusive");
-    QTest::newRow("Master or Slave") << "Master" << "Slave" << true;
-    QTest::newRow("MII or GMII") << "MII" << "GMII" << true;
-    QTest::newRow("protocol version 1 or 2") << "ProtocolVersion1" << "ProtocolVersion2" << true;
-    QTest::newRow("role and Ethernet choices are independent") << "Master" << "MII" << false;
-    QTest::newRow("Ethernet and protocol choices are independent") << "GMII" << "ProtocolVersion2" << false;
-    QTest::newRow("speed selections are not yet grouped") << "speedSel3072" << "speedSel6144" << false;
-    QTest::newRow("speed enables are not yet grouped") << "speedEnable06144" << "speedEnable6144" << false;
-}
-
 // Checking one button of an exclusive pair unchecks the other, both ways.
-void TestForms::choicePairs()
-{
-    QFETCH(QString, first);
-    QFETCH(QString, second);
-    QFETCH(bool, exclusive);
-    auto f = makeForm(QStringLiteral("core"));
-    auto *a = f->page.findChild<QAbstractButton *>(first);
-    auto *b = f->page.findChild<QAbstractButton *>(second);
-    QVERIFY(a && b);
-    a->setChecked(true);
-    b->setChecked(true);
-    QCOMPARE(a->isChecked(), !exclusive);
-    QVERIFY(b->isChecked());
-    a->setChecked(true);
-    QCOMPARE(b->isChecked(), !exclusive);
-    QVERIFY(a->isChecked());
-}
-
 QTEST_MAIN(TestForms)
 #include "tst_forms.moc"

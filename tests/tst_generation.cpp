@@ -37,8 +37,6 @@ private slots:
     void optionLines_data();
     void optionLines();
     void typicalOptionLines();
-    void referenceClockLine_data();
-    void referenceClockLine();
     void biasLinesComeFromTheRegistry_data();
     void biasLinesComeFromTheRegistry();
 };
@@ -214,27 +212,6 @@ void TestGeneration::typicalOptionLines()
         QStringLiteral("-cpri_topDRPPorts false"),
     };
     QCOMPARE(Gen::synthesisOptions(typicalRecord()), expected);
-}
-
-void TestGeneration::referenceClockLine_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("frequency");
-    QTest::addColumn<QStringList>("lines");
-    QTest::newRow("122.880") << "Q0 REFCLK0" << "122.880"
-                             << QStringList{QStringLiteral("q0_refclk0_freq 122.88")};
-    QTest::newRow("100") << "MCLK" << "100" << QStringList{QStringLiteral("mclk_freq 100")};
-    QTest::newRow("outside the table") << "Q2 REFCLK0" << "100" << QStringList();
-}
-
-void TestGeneration::referenceClockLine()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, frequency);
-    QFETCH(QStringList, lines);
-    ConfigMap r = with(typicalRecord(), Key::RefClkSource, source);
-    r.insert(Key::RefClkFrequency, frequency);
-    QCOMPARE(Gen::referenceClockLines(r), lines);
 }
 
 void TestGeneration::biasLinesComeFromTheRegistry_data()

@@ -37,10 +37,10 @@ private slots:
     void deviceSupportFollowsDescriptorLists();
 
 private:
-    static void writeSpec(const QString &dir, const QByteArray &text);
+    static void writeDescriptor(const QString &dir, const QByteArray &text);
 };
 
-void TestPlugin::writeSpec(const QString &dir, const QByteArray &text)
+void TestPlugin::writeDescriptor(const QString &dir, const QByteArray &text)
 {
     QFile file(dir + QStringLiteral("/cpri.ipspec"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -127,7 +127,7 @@ void TestPlugin::protocolsHandsOutNewObjects()
 
 void TestPlugin::badPackageDirGivesNoProtocol_data()
 {
-    QTest::addColumn<QByteArray>("spec");
+    QTest::addColumn<QByteArray>("descriptor");
     QTest::newRow("no descriptor") << QByteArray();
     QTest::newRow("syntax error") << QByteArray("ipcore.id = x\nnot a line\n");
     QTest::newRow("no version") << QByteArray("ipcore.id = x\nipcore.name = CPRI\n");
@@ -135,10 +135,10 @@ void TestPlugin::badPackageDirGivesNoProtocol_data()
 
 void TestPlugin::badPackageDirGivesNoProtocol()
 {
-    QFETCH(QByteArray, spec);
+    QFETCH(QByteArray, descriptor);
     QTemporaryDir dir;
-    if (!spec.isEmpty())
-        writeSpec(dir.path(), spec);
+    if (!descriptor.isEmpty())
+        writeDescriptor(dir.path(), descriptor);
     QPluginLoader loader(QStringLiteral(CPRI_PLUGIN_PATH));
     auto *package = qobject_cast<IPSERDESIP::ProtocolPackage *>(loader.instance());
     QVERIFY(package);
@@ -165,7 +165,7 @@ void TestPlugin::descriptorGetters()
 void TestPlugin::missingDescriptorKeysGiveEmptyValues()
 {
     QTemporaryDir dir;
-    writeSpec(dir.path(), "ipcore.id = a\nipcore.name = b\nipcore.version = 2\n");
+    writeDescriptor(dir.path(), "ipcore.id = a\nipcore.name = b\nipcore.version = 2\n");
     cpri protocol(dir.path());
     QVERIFY(protocol.loadDescriptor());
     QVERIFY(protocol.category().isEmpty());
@@ -176,7 +176,7 @@ void TestPlugin::missingDescriptorKeysGiveEmptyValues()
 void TestPlugin::dataDirIsAlwaysThePackagesOwn()
 {
     QTemporaryDir dir;
-    writeSpec(dir.path(), "ipcore.id = a\nipcore.name = b\nipcore.version = 2\n"
+    writeDescriptor(dir.path(), "ipcore.id = a\nipcore.name = b\nipcore.version = 2\n"
                           "ipcore.dir.data = /somewhere/else\n");
     cpri protocol(dir.path());
     QVERIFY(protocol.loadDescriptor());
@@ -205,7 +205,7 @@ void TestPlugin::deviceSupportFollowsDescriptorLists()
     QFETCH(QString, part);
     QFETCH(bool, supported);
     QTemporaryDir dir;
-    writeSpec(dir.path(), "ipcore.id = a\nipcore.name = b\nipcore.version = 2\n" + lists);
+    writeDescriptor(dir.path(), "ipcore.id = a\nipcore.name = b\nipcore.version = 2\n" + lists);
     cpri protocol(dir.path());
     QVERIFY(protocol.loadDescriptor());
     QCOMPARE(protocol.isDeviceSupported(DEV::DeviceArg(QStringLiteral("id"), part,

@@ -3,7 +3,6 @@
 #include <dev/devicedb.h>
 #include <core/idecore.h>
 #include <ipcore/ipcorefunctions.h>
-#include <ipserdes/generator.h>
 #include <ipserdes/message.h>
 #include <ipserdes/serdes.h>
 #include <ipserdes/serdesfunctions.h>
@@ -21,12 +20,6 @@ serdes *reg()
     return serdes::instance();
 }
 
-QStringList clockedLane(const QString &pll, const QString &rate, const QString &freqLine)
-{
-    return {QStringLiteral("q0_ln0_pll_sel ") + pll, QStringLiteral("q0_ln0_tx_rate ") + rate,
-            freqLine};
-}
-
 } // namespace
 
 class TestRegistry : public QObject
@@ -36,16 +29,9 @@ class TestRegistry : public QObject
 private slots:
     void init();
     void freeLanesFollowTheDeviceAndOtherCores();
-    void qpllsProduceRatesOfTheirSetUp_data();
-    void qpllsProduceRatesOfTheirSetUp();
-    void referenceFrequencyIsFixedByItsUsers();
-    void accessFollowsTheQuads_data();
-    void accessFollowsTheQuads();
     void routeIsRegisteredUntilReset();
     void refusedRouteRegistersNothing();
     void globalResetLinesAreOnlyAppended();
-    void generatorFindsDividers_data();
-    void generatorFindsDividers();
     void descriptorFormat();
     void generateFileIsAtomic();
 };
@@ -69,70 +55,6 @@ void TestRegistry::freeLanesFollowTheDeviceAndOtherCores()
     QVERIFY(!reg()->notOccupiedLanes().contains(QStringLiteral("Q0 Lane1")));
     reg()->resetLane(QStringLiteral("Q0_LANE1"), false);
     QCOMPARE(reg()->notOccupiedLanes().size(), 4);
-}
-
-void TestRegistry::qpllsProduceRatesOfTheirSetUp_data()
-{
-    QTest::addColumn<double>("setUp");
-    QTest::addColumn<double>("asked");
-    QTest::addColumn<bool>("produced");
-    QTest::newRow("same rate") << 9.8304 << 9.8304 << true;
-    QTest::newRow("half rate") << 9.8304 << 4.9152 << true;
-    QTest::newRow("eighth rate") << 9.8304 << 1.2288 << true;
-    QTest::newRow("other family of rates") << 9.8304 << 6.144 << false;
-    QTest::newRow("no rate") << 9.8304 << 0.0 << false;
-}
-
-void TestRegistry::qpllsProduceRatesOfTheirSetUp()
-{
-    QFETCH(double, setUp);
-    QFETCH(double, asked);
-    QFETCH(bool, produced);
-    QVERIFY(!reg()->checkPllEnable(QStringLiteral("Q1_QPLL1")));
-    QVERIFY(reg()->enablePll(QStringLiteral("Q1_QPLL1"), setUp));
-    QVERIFY(reg()->checkPllEnable(QStringLiteral("Q1_QPLL1")));
-    QVERIFY(reg()->checkPLLforQuad0(asked).isEmpty());
-    QCOMPARE(reg()->checkPLLforQuad1(asked),
-             produced ? QStringList{QStringLiteral("QPLL1")} : QStringList());
-}
-
-void TestRegistry::referenceFrequencyIsFixedByItsUsers()
-{
-    QCOMPARE(reg()->getFreqByRefsrc(QStringLiteral("Q0 REFCLK1")), 0.0);
-    QVERIFY(reg()->fixReference(QStringLiteral("Q0 REFCLK1"), 245.76));
-    QCOMPARE(reg()->getFreqByRefsrc(QStringLiteral("Q0 REFCLK1")), 245.76);
-    IPSERDESIP::REF_SOURCE *source = reg()->FormStringToREFSPtr(QStringLiteral("q0_refclk1"));
-    QVERIFY(source);
-    QCOMPARE(source->userCount, 1);
-    QCOMPARE(reg()->FormStringToREFSPtr(QStringLiteral("q0_refclk1")), source);
-    QVERIFY(!reg()->FormStringToREFSPtr(QStringLiteral("nothing")));
-    QVERIFY(!reg()->fixReference(QStringLiteral("Q9 REFCLK0"), 100));
-}
-
-void TestRegistry::accessFollowsTheQuads_data()
-{
-    QTest::addColumn<QString>("device");
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("access");
-    QTest::addColumn<bool>("reaches");
-    QTest::newRow("own quad") << "DVC-1-C2I1" << "q1_refclk2" << "Q1_LANE0_RX" << true;
-    QTest::newRow("shared pin, other quad") << "DVC-1-C2I1" << "q0_refclk1" << "Q1_LANE3_TX" << true;
-    QTest::newRow("local pin, other quad") << "DVC-1-C2I1" << "q0_refclk2" << "Q1_LANE3_TX" << false;
-    QTest::newRow("gpio to quad 1") << "DVA-2-I2" << "q0_gpio0" << "Q1_LANE0_RX" << false;
-    QTest::newRow("main clock") << "DVB-4-C1" << "mclk" << "Q1_LANE1_RX" << true;
-    QTest::newRow("lane not on device") << "DVA-1-C2I1" << "mclk" << "Q1_LANE0_RX" << false;
-    QTest::newRow("unknown source") << "DVC-1-C2I1" << "" << "Q0_LANE0_RX" << false;
-    QTest::newRow("malformed access") << "DVC-1-C2I1" << "q0_refclk0" << "Q0 Lane0" << false;
-}
-
-void TestRegistry::accessFollowsTheQuads()
-{
-    QFETCH(QString, device);
-    QFETCH(QString, source);
-    QFETCH(QString, access);
-    QFETCH(bool, reaches);
-    reg()->setDevice(Core::IdeCore::deviceDataBase()->findDevice(device));
-    QCOMPARE(reg()->checkAccess(source, access), reaches);
 }
 
 void TestRegistry::routeIsRegisteredUntilReset()
@@ -185,44 +107,6 @@ void TestRegistry::globalResetLinesAreOnlyAppended()
     QCOMPARE(settings.mid(before.size()),
              QStringList({QStringLiteral("q1_global_reset_en true"),
                           QStringLiteral("q0_global_reset_en true")}));
-}
-
-void TestRegistry::generatorFindsDividers_data()
-{
-    QTest::addColumn<QStringList>("settings");
-    QTest::addColumn<bool>("ok");
-    QTest::addColumn<int>("errors");
-    QTest::newRow("9.8304 from 122.88 on QPLL0")
-        << clockedLane(QStringLiteral("qpll0"), QStringLiteral("9.83040"),
-                       QStringLiteral("q0_refclk0_freq 122.88"))
-        << true << 0;
-    QTest::newRow("3.072 on CPLL")
-        << clockedLane(QStringLiteral("cpll"), QStringLiteral("3.07200"),
-                       QStringLiteral("q0_refclk0_freq 122.88"))
-        << true << 0;
-    QTest::newRow("9.8304 out of CPLL reach")
-        << clockedLane(QStringLiteral("cpll"), QStringLiteral("9.83040"),
-                       QStringLiteral("q0_refclk0_freq 122.88"))
-        << false << 0;
-    QTest::newRow("no frequency")
-        << clockedLane(QStringLiteral("qpll0"), QStringLiteral("9.83040"), QStringLiteral("x 1"))
-        << false << 1;
-    QTest::newRow("empty value")
-        << clockedLane(QString(), QStringLiteral("9.83040"), QStringLiteral("mclk_freq 100"))
-        << false << 2;
-}
-
-void TestRegistry::generatorFindsDividers()
-{
-    QFETCH(QStringList, settings);
-    QFETCH(bool, ok);
-    QFETCH(int, errors);
-    QTemporaryDir dir;
-    const QString csr = dir.path() + QStringLiteral("/cpri.csr");
-    IPSERDESIP::generator generator;
-    QCOMPARE(generator.generate(settings, csr, {}), ok);
-    QCOMPARE(generator.getErrStringList().size(), errors);
-    QCOMPARE(QFile::exists(csr), ok);
 }
 
 void TestRegistry::descriptorFormat()

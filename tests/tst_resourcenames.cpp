@@ -21,8 +21,6 @@ private slots:
     void frequencyLines();
     void familyMembershipIsExact_data();
     void familyMembershipIsExact();
-    void biasLinesFollowTheQuad_data();
-    void biasLinesFollowTheQuad();
 };
 
 void TestResourceNames::laneForms_data()
@@ -144,24 +142,6 @@ void TestResourceNames::familyMembershipIsExact()
     QFETCH(QString, part);
     QFETCH(bool, member);
     QCOMPARE(inFamily(family, part), member);
-}
-
-void TestResourceNames::biasLinesFollowTheQuad_data()
-{
-    QTest::addColumn<QString>("lane");
-    QTest::addColumn<QStringList>("lines");
-    QTest::newRow("quad 0") << "Q0 Lane3" << QStringList{QStringLiteral("q0_rx_eq_bias 5")};
-    QTest::newRow("quad 1") << "Q1 Lane0" << QStringList{QStringLiteral("q1_rx_eq_bias 12")};
-    QTest::newRow("no lane") << "" << QStringList();
-    QTest::newRow("lower case") << "q0 Lane0" << QStringList();
-}
-
-void TestResourceNames::biasLinesFollowTheQuad()
-{
-    QFETCH(QString, lane);
-    QFETCH(QStringList, lines);
-    QCOMPARE(biasLines(lane, [](const QuadBias &quad) { return quad.quadName == QLatin1String("Q0") ? 5 : 12; }),
-             lines);
 }
 
 QTEST_MAIN(TestResourceNames)
