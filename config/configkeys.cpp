@@ -54,17 +54,17 @@ QVector<KeySpec> buildRecordKeys()
         {Key::RefClkSource, T::Text, QStringLiteral("Q0 REFCLK0")},
         {Key::RefClkFrequency, T::Text, QStringLiteral("122.880")},
         {Key::PllSelection, T::Text, QStringLiteral("QPLL0")},
-        {Key::LoopbackMode, T::Text, QStringLiteral("OFF")},
-        {Key::Mode64b66b, T::Text, QStringLiteral("SerDes")},
+        {Key::LoopbackMode, T::Text, loopbackModes().first()},
+        {Key::Mode64b66b, T::Text, SerDesPlacement},
         {Key::HighestSpeedIndex, T::Int, -1},
         {Key::SpeedEnablesRecord, T::Text, QStringLiteral("000000000000")},
         {Key::DifferentialSwing, T::Text, QStringLiteral("900mV")},
-        {Key::FfeMode, T::Text, QStringLiteral("Auto")},
+        {Key::FfeMode, T::Text, AutoMode},
         {Key::FfeCm, T::Int, 0},
         {Key::FfeC1, T::Int, 0},
         {Key::FfeC0, T::Text, QStringLiteral("40")},
         {Key::SdThreshold, T::Text, QStringLiteral("100mV")},
-        {Key::EqualizationMode, T::Text, QStringLiteral("Auto")},
+        {Key::EqualizationMode, T::Text, AutoMode},
         {Key::Att, T::Int, 7},
         {Key::Boost, T::Int, 9},
         {Key::LoopbackPorts, T::Bool, off},
@@ -93,6 +93,20 @@ const KeySpec *keySpec(const QString &key)
     const auto it = std::find_if(keys.cbegin(), keys.cend(),
                                  [&](const KeySpec &row) { return row.key == key; });
     return it == keys.cend() ? nullptr : &*it;
+}
+
+QVariant initialValue(const QString &key)
+{
+    const KeySpec *row = keySpec(key);
+    Q_ASSERT(row);
+    return row ? row->initial : QVariant();
+}
+
+const QStringList &loopbackModes()
+{
+    static const QStringList modes = {QStringLiteral("OFF"), QStringLiteral("LB_NES"),
+                                      QStringLiteral("LB_FES"), QStringLiteral("LB_ENC")};
+    return modes;
 }
 
 const QVector<QString> &optionalPortKeys()

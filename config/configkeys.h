@@ -2,6 +2,7 @@
 
 #include <QMap>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVector>
 
@@ -97,6 +98,20 @@ struct KeySpec
 const QVector<KeySpec> &recordKeys();
 // The row of a key, or null for a text that is no key of the record.
 const KeySpec *keySpec(const QString &key);
+// The value a new core starts with under a key of the record.
+QVariant initialValue(const QString &key);
+
+// The loopback modes a lane offers, the first being the new core's.
+const QStringList &loopbackModes();
+
+// The two ways of setting the transmitter taps and the receiver equalizer.
+inline const QString AutoMode = QStringLiteral("Auto");
+inline const QString ManualMode = QStringLiteral("Manual");
+
+// Where the 64B/66B coding of the fastest rates runs: in the transceiver or
+// in the FPGA fabric.
+inline const QString SerDesPlacement = QStringLiteral("SerDes");
+inline const QString FabricPlacement = QStringLiteral("Fabric");
 
 // The eight optional-port flags, in the order the define file tests them.
 const QVector<QString> &optionalPortKeys();

@@ -89,33 +89,16 @@ QStringList millivoltItems(int first, int last, int step)
     return items;
 }
 
-QStringList refClockItems(const QString &partName)
+QString initial(const QString &key)
 {
-    if (Serdes::inFamily(Serdes::FirstFamily, partName)) {
-        return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"),
-                QStringLiteral("Q0 REFCLK2"), QStringLiteral("Q0 REFCLK3"),
-                QStringLiteral("Q0 REFIN0"), QStringLiteral("Q0 REFIN1")};
-    }
-    if (Serdes::inFamily(Serdes::SecondFamily, partName)) {
-        return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"),
-                QStringLiteral("Q0 REFIN"), QStringLiteral("MCLK")};
-    }
-    return {QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"),
-            QStringLiteral("Q1 REFCLK0"), QStringLiteral("Q1 REFCLK1")};
+    return Config::initialValue(key).toString();
 }
 
 namespace Choice {
-const QString Auto = QStringLiteral("Auto");
-const QString Manual = QStringLiteral("Manual");
-const QString DefaultRefClock = QStringLiteral("Q0 REFCLK0");
-const QString DefaultLoopback = QStringLiteral("OFF");
-const QString DefaultSwing = QStringLiteral("900mV");
-const QString DefaultSdThreshold = QStringLiteral("100mV");
-const QString DefaultPlacement = QStringLiteral("SerDes");
+// The line rate shown until the rate boxes are first read, and the one a
+// stored record without a rate loads.
 const QString InitialLineRate = QStringLiteral("0Gbps");
 const QString LoadedLineRate = QStringLiteral("4.9152");
-const QStringList LoopbackModes = {QStringLiteral("OFF"), QStringLiteral("LB_NES"),
-                                   QStringLiteral("LB_FES"), QStringLiteral("LB_ENC")};
 } // namespace Choice
 
 const QString ConfigClockPattern = QStringLiteral("^\\d{0,3}");
@@ -192,13 +175,13 @@ void cpridlg::initDialog()
 
     coreUi->ConfigClkPeriod->setValidator(
         new QRegExpValidator(QRegExp(ConfigClockPattern), coreUi->ConfigClkPeriod));
-    coreUi->ConfigClkPeriod->setText(FieldRules::DefaultConfigClock);
+    coreUi->ConfigClkPeriod->setText(initial(Key::ConfigClkPeriod));
     coreUi->ScramblerSeed->setInputMask(ScramblerSeedMask);
-    coreUi->ScramblerSeed->setText(FieldRules::DefaultScramblerSeed);
+    coreUi->ScramblerSeed->setText(initial(Key::ScramblerSeed));
     coreUi->HDLCRate->setInputMask(OneHexDigitMask);
-    coreUi->HDLCRate->setText(FieldRules::DefaultHdlcRate);
+    coreUi->HDLCRate->setText(initial(Key::HdlcRate));
     coreUi->EthernetPointer->setInputMask(TwoHexDigitsMask);
-    coreUi->EthernetPointer->setText(FieldRules::DefaultEthernetPointer);
+    coreUi->EthernetPointer->setText(initial(Key::EthernetPointer));
     coreUi->HDLCByte->setInputMask(OneHexDigitMask);
     coreUi->HDLCByte->setEnabled(false);
     coreUi->HDLCMask->setInputMask(FourHexDigitsMask);
@@ -208,20 +191,20 @@ void cpridlg::initDialog()
     phyUi->lineRate->setEnabled(false);
     phyUi->lineRate->setText(Choice::InitialLineRate);
 
-    const QStringList sources = refClockItems(device().device());
+    const QStringList sources = Serdes::offeredRefClocks(device().device());
     for (int i = 0; i < sources.size(); ++i)
         phyUi->refClkSource->addItem(sources.at(i), i);
-    selectText(phyUi->refClkSource, Choice::DefaultRefClock);
+    selectText(phyUi->refClkSource, initial(Key::RefClkSource));
     phyUi->refClkFreq->setValidator(
         new QRegExpValidator(QRegExp(RefFrequencyPattern), phyUi->refClkFreq));
-    phyUi->refClkFreq->setText(FieldRules::DefaultReferenceFrequency);
+    phyUi->refClkFreq->setText(initial(Key::RefClkFrequency));
 
-    phyUi->LoopbackMode->addItems(Choice::LoopbackModes);
-    selectText(phyUi->LoopbackMode, Choice::DefaultLoopback);
+    phyUi->LoopbackMode->addItems(Config::loopbackModes());
+    selectText(phyUi->LoopbackMode, initial(Key::LoopbackMode));
     afeUi->differeSwingComboBox->addItems(millivoltItems(180, 900, 48));
-    selectText(afeUi->differeSwingComboBox, Choice::DefaultSwing);
+    selectText(afeUi->differeSwingComboBox, initial(Key::DifferentialSwing));
     afeUi->sdThresholdComboBox->addItems(millivoltItems(25, 200, 25));
-    selectText(afeUi->sdThresholdComboBox, Choice::DefaultSdThreshold);
+    selectText(afeUi->sdThresholdComboBox, initial(Key::SdThreshold));
 
     optUi->groupBox->hide();
     optUi->groupBox_2->hide();
@@ -379,7 +362,7 @@ void cpridlg::updatedRefClkFreq()
 {
     const double frequency = registry()->getFreqByRefsrc(phyUi->refClkSource->currentText());
     const bool free = frequency == 0.0;
-    phyUi->refClkFreq->setText(free ? FieldRules::DefaultReferenceFrequency
+    phyUi->refClkFreq->setText(free ? initial(Key::RefClkFrequency)
                                     : Serdes::frequencyText(frequency));
     phyUi->refClkFreq->setEnabled(free);
 }
@@ -452,11 +435,11 @@ bool cpridlg::calculateFFE_C0()
 void cpridlg::onFFEModeChanged()
 {
     const QString mode = afeUi->ffeModeCombox->currentText();
-    if (mode == Choice::Auto) {
+    if (mode == Config::AutoMode) {
         afeUi->cmSpinBox->setValue(0);
         afeUi->c1SpinBox->setValue(0);
         setAllEnabled({afeUi->cmSpinBox, afeUi->c1SpinBox, afeUi->label, afeUi->label_2}, false);
-    } else if (mode == Choice::Manual) {
+    } else if (mode == Config::ManualMode) {
         setAllEnabled({afeUi->cmSpinBox, afeUi->c1SpinBox, afeUi->label, afeUi->label_2}, true);
     }
 }
@@ -464,13 +447,13 @@ void cpridlg::onFFEModeChanged()
 void cpridlg::onEqualizationModeChanged()
 {
     const QString mode = afeUi->equalizationModeCombox->currentText();
-    if (mode == Choice::Auto) {
-        afeUi->attSpinBox->setValue(FieldRules::AutoAtt);
+    if (mode == Config::AutoMode) {
+        afeUi->attSpinBox->setValue(Config::initialValue(Key::Att).toInt());
         afeUi->attSpinBox->setEnabled(false);
-        afeUi->boostSpinBox->setValue(FieldRules::AutoBoost);
+        afeUi->boostSpinBox->setValue(Config::initialValue(Key::Boost).toInt());
         afeUi->boostSpinBox->setEnabled(false);
         setAllEnabled({afeUi->label_14, afeUi->label_15}, false);
-    } else if (mode == Choice::Manual) {
+    } else if (mode == Config::ManualMode) {
         setAllEnabled({afeUi->attSpinBox, afeUi->boostSpinBox, afeUi->label_14, afeUi->label_15},
                    true);
     }
@@ -812,7 +795,7 @@ void cpridlg::applyConfiguration(const QMap<QString, QVariant> &config)
     check(coreUi->MII, Key::Mii, true);
     check(coreUi->GMII, Key::Gmii, false);
     check(coreUi->FixedConfigEnable, Key::FixedConfigEnable, false);
-    coreUi->ConfigClkPeriod->setText(text(Key::ConfigClkPeriod, FieldRules::DefaultConfigClock));
+    coreUi->ConfigClkPeriod->setText(text(Key::ConfigClkPeriod, initial(Key::ConfigClkPeriod)));
     check(coreUi->RealTimeVendor, Key::RealTimeVendor, false);
     check(coreUi->ProtocolVersion1, Key::ProtocolVersion1, true);
     check(coreUi->ProtocolVersion2, Key::ProtocolVersion2, false);
@@ -824,21 +807,21 @@ void cpridlg::applyConfiguration(const QMap<QString, QVariant> &config)
 
     selectTextIfPresent(phyUi->ChannelSel, text(Key::ChannelSelection));
     phyUi->lineRate->setText(text(Key::LineRate, Choice::LoadedLineRate));
-    selectText(phyUi->refClkSource, text(Key::RefClkSource, Choice::DefaultRefClock));
-    phyUi->refClkFreq->setText(text(Key::RefClkFrequency, FieldRules::DefaultReferenceFrequency));
+    selectText(phyUi->refClkSource, text(Key::RefClkSource, initial(Key::RefClkSource)));
+    phyUi->refClkFreq->setText(text(Key::RefClkFrequency, initial(Key::RefClkFrequency)));
     selectTextIfPresent(phyUi->PLL_Selection, text(Key::PllSelection));
-    selectText(phyUi->LoopbackMode, text(Key::LoopbackMode, Choice::DefaultLoopback));
-    selectText(phyUi->comboBox64B_66B_Mode, text(Key::Mode64b66b, Choice::DefaultPlacement));
+    selectText(phyUi->LoopbackMode, text(Key::LoopbackMode, initial(Key::LoopbackMode)));
+    selectText(phyUi->comboBox64B_66B_Mode, text(Key::Mode64b66b, initial(Key::Mode64b66b)));
 
-    selectText(afeUi->differeSwingComboBox, text(Key::DifferentialSwing, Choice::DefaultSwing));
-    selectText(afeUi->ffeModeCombox, text(Key::FfeMode, Choice::Auto));
+    selectText(afeUi->differeSwingComboBox, text(Key::DifferentialSwing, initial(Key::DifferentialSwing)));
+    selectText(afeUi->ffeModeCombox, text(Key::FfeMode, initial(Key::FfeMode)));
     afeUi->cmSpinBox->setValue(value(Key::FfeCm, 0).toInt());
     afeUi->c1SpinBox->setValue(value(Key::FfeC1, 0).toInt());
     afeUi->c0Lael->setText(text(Key::FfeC0, QString::number(FieldRules::FfeTapSum)));
-    selectText(afeUi->sdThresholdComboBox, text(Key::SdThreshold, Choice::DefaultSdThreshold));
-    selectText(afeUi->equalizationModeCombox, text(Key::EqualizationMode, Choice::Auto));
-    afeUi->attSpinBox->setValue(value(Key::Att, FieldRules::AutoAtt).toInt());
-    afeUi->boostSpinBox->setValue(value(Key::Boost, FieldRules::AutoBoost).toInt());
+    selectText(afeUi->sdThresholdComboBox, text(Key::SdThreshold, initial(Key::SdThreshold)));
+    selectText(afeUi->equalizationModeCombox, text(Key::EqualizationMode, initial(Key::EqualizationMode)));
+    afeUi->attSpinBox->setValue(value(Key::Att, Config::initialValue(Key::Att).toInt()).toInt());
+    afeUi->boostSpinBox->setValue(value(Key::Boost, Config::initialValue(Key::Boost).toInt()).toInt());
     const QString lane = phyUi->ChannelSel->currentText();
     const QMap<QString, QVariant> shared = registry()->globalData();
     for (const Serdes::QuadBias &quad : Serdes::quadBiases()) {

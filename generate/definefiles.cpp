@@ -71,7 +71,6 @@ const QVector<FlagDefine> &speedClassDefines()
 }
 
 const QString LoopbackPortDefine = QStringLiteral("`define LOOPBACK_PORT_EN");
-const QString SerDesPlacement = QStringLiteral("SerDes");
 
 // Nanoseconds per cycle of the configuration clock given in MHz. A text
 // that is no positive number falls back to the dialog's default clock.
@@ -137,7 +136,7 @@ QStringList coreDefines(const ConfigMap &record)
     }
     if (record.value(Key::LoopbackPorts).toBool())
         lines << LoopbackPortDefine;
-    if (text(record, Key::Mode64b66b) == SerDesPlacement)
+    if (text(record, Key::Mode64b66b) == Config::SerDesPlacement)
         lines << Define::SerDes64b66b;
     appendFlags(lines, record, portDefines());
     if (Config::anyOptionalPort(record))

@@ -30,8 +30,6 @@ const QString RxAtt = QStringLiteral("%1_rx_att %2");
 const QString RxBoost = QStringLiteral("%1_rx_boost %2");
 } // namespace Line
 
-const QString FabricPlacement = QStringLiteral("Fabric");
-
 // Encoding, word alignment and data width lines, by device family and rate.
 const QStringList &encodingLines(bool listedDevice, bool above98304, bool fabric)
 {
@@ -115,7 +113,7 @@ void appendLaneSettings(QStringList &settings, const QString &lanePrefix,
              << Line::Enable.arg(quadPrefix);
     const bool above98304 = in.rateIndex > Config::Rate98304Index;
     for (const QString &line :
-         encodingLines(in.listedDevice, above98304, in.placement64b66b == FabricPlacement))
+         encodingLines(in.listedDevice, above98304, in.placement64b66b == Config::FabricPlacement))
         settings << line.arg(p);
     const int ratio = gearbox(in.rateIndex);
     const QString rate = Config::withoutUnit(in.lineRate);

@@ -69,21 +69,37 @@ std::optional<QString> pllKey(const Lane &lane, const QString &pllDisplayName)
 
 const QVector<RefClock> &refClocks()
 {
+    using O = OfferedTo;
     static const QVector<RefClock> table = {
-        {QStringLiteral("Q0 REFCLK0"), QStringLiteral("q0_refclk0_freq %1")},
-        {QStringLiteral("Q0 REFCLK1"), QStringLiteral("q0_refclk1_freq %1")},
-        {QStringLiteral("Q1 REFCLK0"), QStringLiteral("q1_refclk0_freq %1")},
-        {QStringLiteral("Q1 REFCLK1"), QStringLiteral("q1_refclk1_freq %1")},
-        {QStringLiteral("Q0 REFCLK2"), QStringLiteral("q0_refclk2_freq %1")},
-        {QStringLiteral("Q0 REFCLK3"), QStringLiteral("q0_refclk3_freq %1")},
-        {QStringLiteral("Q0 REFIN0"), QStringLiteral("q0_gpio0_freq %1")},
-        {QStringLiteral("Q0 REFIN1"), QStringLiteral("q0_gpio1_freq %1")},
-        {QStringLiteral("Q0 REFIN2"), QStringLiteral("q0_gpio2_freq %1")},
-        {QStringLiteral("Q0 REFIN3"), QStringLiteral("q0_gpio3_freq %1")},
-        {QStringLiteral("Q0 REFIN"), QStringLiteral("q0_gpio_freq %1")},
-        {QStringLiteral("MCLK"), QStringLiteral("mclk_freq %1")},
+        {QStringLiteral("Q0 REFCLK0"), QStringLiteral("q0_refclk0_freq %1"), O::EveryDevice},
+        {QStringLiteral("Q0 REFCLK1"), QStringLiteral("q0_refclk1_freq %1"), O::EveryDevice},
+        {QStringLiteral("Q1 REFCLK0"), QStringLiteral("q1_refclk0_freq %1"), O::OtherDevices},
+        {QStringLiteral("Q1 REFCLK1"), QStringLiteral("q1_refclk1_freq %1"), O::OtherDevices},
+        {QStringLiteral("Q0 REFCLK2"), QStringLiteral("q0_refclk2_freq %1"), O::FirstFamily},
+        {QStringLiteral("Q0 REFCLK3"), QStringLiteral("q0_refclk3_freq %1"), O::FirstFamily},
+        {QStringLiteral("Q0 REFIN0"), QStringLiteral("q0_gpio0_freq %1"), O::FirstFamily},
+        {QStringLiteral("Q0 REFIN1"), QStringLiteral("q0_gpio1_freq %1"), O::FirstFamily},
+        {QStringLiteral("Q0 REFIN2"), QStringLiteral("q0_gpio2_freq %1"), O::NoDevice},
+        {QStringLiteral("Q0 REFIN3"), QStringLiteral("q0_gpio3_freq %1"), O::NoDevice},
+        {QStringLiteral("Q0 REFIN"), QStringLiteral("q0_gpio_freq %1"), O::SecondFamily},
+        {QStringLiteral("MCLK"), QStringLiteral("mclk_freq %1"), O::SecondFamily},
     };
     return table;
+}
+
+QStringList offeredRefClocks(const QString &partName)
+{
+    OfferedTo family = OfferedTo::OtherDevices;
+    if (inFamily(FirstFamily, partName))
+        family = OfferedTo::FirstFamily;
+    else if (inFamily(SecondFamily, partName))
+        family = OfferedTo::SecondFamily;
+    QStringList offered;
+    for (const RefClock &clock : refClocks()) {
+        if (clock.offeredTo == OfferedTo::EveryDevice || clock.offeredTo == family)
+            offered << clock.displayName;
+    }
+    return offered;
 }
 
 QString frequencyText(double mhz)

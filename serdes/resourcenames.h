@@ -40,14 +40,21 @@ std::optional<QString> pllKey(const Lane &lane, const QString &pllDisplayName);
 // The key of a shared PLL of a quad ("Q0" + "QPLL0" -> "Q0_QPLL0").
 QString qpllKey(const QString &quadName, const QString &pllDisplayName);
 
+// Which devices offer a reference-clock source in the dialog.
+enum class OfferedTo { EveryDevice, FirstFamily, SecondFamily, OtherDevices, NoDevice };
+
 // A reference-clock source: display name and the pattern of its frequency line.
 struct RefClock
 {
     QString displayName;   // "Q0 REFCLK0"
     QString frequencyLine; // "q0_refclk0_freq %1"
+    OfferedTo offeredTo;
 };
 
 const QVector<RefClock> &refClocks();
+// The sources a device offers, in table order. The first family is tested
+// first: a part in both lists gets the first family's sources.
+QStringList offeredRefClocks(const QString &partName);
 // The frequency line of a source with the frequency text as a number in
 // the general format ("122.880" -> "q0_refclk0_freq 122.88"), or nothing
 // for a source outside the table.
