@@ -138,6 +138,36 @@ int run(const Parsed &parsed)
     return runDialog(host, o);
 }
 
+// A dialog needs a display, except when nobody looks at it: screenshots
+// are always rendered offscreen, and an accepted dialog is offscreen when
+// there is no display.
+bool prepareDisplay(const QStringList &arguments)
+{
+    const bool display = qEnvironmentVariableIsSet("QT_QPA_PLATFORM")
+                         || qEnvironmentVariableIsSet("DISPLAY")
+                         || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    if (arguments.contains(QStringLiteral("--screenshot"))
+        || (!display && arguments.contains(QStringLiteral("--accept")))) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return true;
+    }
+    if (!display)
+        QTextStream(stderr) << "cpri-host: the dialog needs a display (set DISPLAY, or use "
+                               "--accept or --screenshot)\n";
+    return display;
+}
+
+QtMessageHandler defaultHandler = nullptr;
+
+// Notes of the platform about the environment are no news to the user.
+void messageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (message.contains(QLatin1String("propagateSizeHints"))
+        || message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+        return;
+    defaultHandler(type, context, message);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -145,9 +175,10 @@ int main(int argc, char *argv[])
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
+    defaultHandler = qInstallMessageHandler(messageHandler);
     const bool dialog = arguments.contains(QStringLiteral("dialog"));
-    if (dialog && arguments.contains(QStringLiteral("--screenshot")))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (dialog && !prepareDisplay(arguments))
+        return BadInput;
     std::unique_ptr<QCoreApplication> app(dialog ? new QApplication(argc, argv)
                                                  : new QCoreApplication(argc, argv));
     QCoreApplication::setApplicationName(QStringLiteral("cpri-host"));
