@@ -94,6 +94,18 @@ bool deviceOfRecord(const QMap<QString, QVariant> &record, DEV::DeviceArg &devic
     return !device.isNull();
 }
 
+// The core's files go below the working directory: its file name must not lead elsewhere.
+bool fileStaysInWorkDir(const QMap<QString, QVariant> &record, QString &error)
+{
+    const QString file = record.value(IPCPRI::Config::Key::File).toString();
+    const bool plain = !file.contains(QLatin1Char('/')) && !file.contains(QLatin1Char('\\'))
+                       && file != QLatin1String(".") && file != QLatin1String("..");
+    if (!plain)
+        error = QStringLiteral("the record's file name \"%1\" must be a plain name, not a path")
+                    .arg(file);
+    return plain;
+}
+
 bool applyShared(const QStringList &assignments, QString &error)
 {
     for (const QString &assignment : assignments) {
@@ -210,8 +222,8 @@ int runGenerate(PluginHost &host, const Options &options)
     QString error;
     if (options.workDir.isEmpty())
         return fail(QStringLiteral("generate needs --workdir DIR"));
-    if (!readRecordArgument(options, record, error) || !deviceOfRecord(record, device, error)
-        || !prepareProject(host, options, device, error))
+    if (!readRecordArgument(options, record, error) || !fileStaysInWorkDir(record, error)
+        || !deviceOfRecord(record, device, error) || !prepareProject(host, options, device, error))
         return fail(error);
 
     IPCore::clearWrittenFiles();

@@ -158,6 +158,8 @@ void TestCli::badInput_data()
                                        << "\"Line_Rate\"";
     QTest::newRow("fraction for an integer") << QByteArray("{\"ATT\": 7.5}") << generate << "\"ATT\"";
     QTest::newRow("list value") << QByteArray("{\"extra\": [1]}") << generate << "\"extra\"";
+    QTest::newRow("file name leaves the work dir") << QByteArray("{\"file\": \"../x\"}") << generate
+                                                   << "plain name";
     QTest::newRow("unknown device") << QByteArray("{\"target_device\": \"XYZ\"}") << generate
                                     << "unknown device";
     QTest::newRow("no workdir") << QByteArray("{}")
