@@ -72,13 +72,13 @@ const QVector<FlagDefine> &speedClassDefines()
 
 const QString LoopbackPortDefine = QStringLiteral("`define LOOPBACK_PORT_EN");
 
-// Nanoseconds per cycle of the configuration clock given in MHz. A text
-// that is no positive number falls back to the dialog's default clock.
+// Nanoseconds per cycle of the configuration clock given in MHz. A missing
+// clock, zero or a text that is no number falls back to the dialog's default.
 QString configClockPeriod(const ConfigMap &record)
 {
     bool ok = false;
     double mhz = record.value(Key::ConfigClkPeriod).toString().toDouble(&ok);
-    if (!ok || !(mhz > 0.0))
+    if (!ok || mhz == 0.0)
         mhz = Config::keySpec(Key::ConfigClkPeriod)->initial.toString().toDouble();
     return QString::number(1000.0 / mhz, 'f', 2);
 }

@@ -5,7 +5,7 @@
 
 #include <ipserdes/serdes.h>
 
-#include <QRegularExpression>
+#include <QRegExp>
 
 namespace IPCPRI {
 namespace Generate {
@@ -66,7 +66,7 @@ QString boolText(bool value)
 
 QStringList synthesisOptions(const ConfigMap &record)
 {
-    static const QRegularExpression whiteSpace(QStringLiteral("\\s"));
+    static const QRegExp whiteSpace(QStringLiteral("\\s"));
     const QString module = record.value(Key::Module).toString();
     const QString channel = record.value(Key::ChannelSelection).toString().remove(whiteSpace);
     QStringList lines;

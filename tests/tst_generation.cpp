@@ -179,7 +179,7 @@ void TestGeneration::optionLines_data()
         << with(base, Key::ChannelSelection, QVariant())
         << QStringList{QStringLiteral("-cpri_top true")};
     QTest::newRow("white space removed")
-        << with(base, Key::ChannelSelection, QStringLiteral(" Q1\tLane 2"))
+        << with(base, Key::ChannelSelection, QStringLiteral(" Q1\tLane\u00a02"))
         << QStringList{QStringLiteral("-cpri_topQ1Lane2 true")};
 }
 
