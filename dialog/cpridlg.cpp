@@ -75,9 +75,12 @@ void selectTextIfPresent(QComboBox *combo, const QString &text)
         combo->setCurrentIndex(index);
 }
 
+// Sets the text only when the field shows another one, so that an entry
+// that passes its rule keeps its cursor and undo history. A masked field
+// shows its blanks, which text() leaves out.
 void setTextIfChanged(QLineEdit *edit, const QString &text)
 {
-    if (edit->text() != text)
+    if (edit->displayText() != text)
         edit->setText(text);
 }
 
@@ -678,9 +681,10 @@ bool cpridlg::onButtonCalculateClicked(bool prompt)
     const QString source =
         IPSERDESIP::refsrcOptTransforSerdesName(phyUi->refClkSource->currentText());
     if (const IPSERDESIP::REF_SOURCE *used = registry()->FormStringToREFSPtr(source)) {
-        bool isNumber = false;
-        const double frequency = phyUi->refClkFreq->displayText().toDouble(&isNumber);
-        if (used->userCount > 0 && !(isNumber && frequency == used->frequency)) {
+        // A text that is no number reads as 0.0; a frequency that is no
+        // number (NaN) never equals anything.
+        const double frequency = phyUi->refClkFreq->displayText().toDouble();
+        if (used->userCount > 0 && !(frequency == used->frequency)) {
             QMessageBox::about(this, Texts::FailureTitle, Texts::RefClockUnreachable);
             return false;
         }
