@@ -36,9 +36,6 @@ struct RateRow
 // The twelve rows in list order; row i is mask bit i, counted from the right.
 const QVector<RateRow> &rateRows();
 
-inline constexpr int RateListLength = 11;
-inline constexpr int SpeedMaskLength = 12;
-
 inline const QString GbpsUnit = QStringLiteral("Gbps");
 
 // "9.83040Gbps": the rate with five decimals and the unit.
