@@ -3,6 +3,7 @@
 #include "modaldriver.h"
 #include "pluginhost.h"
 #include "recordfile.h"
+#include "recordrules.h"
 
 #include <config/configkeys.h>
 #include <config/descriptorkeys.h>
@@ -10,7 +11,9 @@
 #include <core/idecore.h>
 #include <dev/devicedb.h>
 #include <ipcore/ipcorefunctions.h>
+#include <ipcore/outputset.h>
 #include <ipserdes/baseprotocol.h>
+#include <ipserdes/generator.h>
 #include <ipserdes/message.h>
 #include <ipserdes/serdes.h>
 
@@ -22,7 +25,10 @@
 #include <QTabWidget>
 #include <QTextStream>
 
+#include <algorithm>
 #include <memory>
+#include <numeric>
+#include <vector>
 
 namespace CpriHost {
 
@@ -94,18 +100,6 @@ bool deviceOfRecord(const QMap<QString, QVariant> &record, DEV::DeviceArg &devic
     return !device.isNull();
 }
 
-// The core's files go below the working directory: its file name must not lead elsewhere.
-bool fileStaysInWorkDir(const QMap<QString, QVariant> &record, QString &error)
-{
-    const QString file = record.value(IPCPRI::Config::Key::File).toString();
-    const bool plain = !file.contains(QLatin1Char('/')) && !file.contains(QLatin1Char('\\'))
-                       && file != QLatin1String(".") && file != QLatin1String("..");
-    if (!plain)
-        error = QStringLiteral("the record's file name \"%1\" must be a plain name, not a path")
-                    .arg(file);
-    return plain;
-}
-
 bool applyShared(const QStringList &assignments, QString &error)
 {
     for (const QString &assignment : assignments) {
@@ -149,15 +143,79 @@ bool prepareProject(PluginHost &host, const Options &options, const DEV::DeviceA
     return applyShared(options.shared, error) && occupyOtherCores(host, options.occupied, error);
 }
 
-QString generationFailure(const QMap<QString, QVariant> &record, bool synthesize,
-                          const QString &synthesisMessage)
+QString generationFailure(bool synthesize, const QString &synthesisMessage)
 {
-    if (record.isEmpty())
-        return QStringLiteral("the record is empty: nothing to generate");
     if (synthesize && !synthesisMessage.isEmpty())
         return synthesisMessage;
     const QString error = IPCore::lastError();
     return error.isEmpty() ? QStringLiteral("generation failed") : error;
+}
+
+// One record of a generate run.
+struct Job
+{
+    QString path;
+    QMap<QString, QVariant> record;
+    DEV::DeviceArg device;
+    QJsonObject result;
+};
+
+// A record is checked on its device, against the project the options describe.
+bool checkJob(PluginHost &host, const Options &options, Job &job, QString &error)
+{
+    if (!deviceOfRecord(job.record, job.device, error)
+        || !prepareProject(host, options, job.device, error))
+        return false;
+    const QString problem = RecordRules(registry()->notOccupiedLanes(), job.device.device())
+                                .problem(job.record);
+    if (!problem.isEmpty())
+        error = QStringLiteral("%1: %2").arg(job.path, problem);
+    return problem.isEmpty();
+}
+
+// Two records of one run must not write the same folder.
+bool filesDiffer(const QVector<Job> &jobs, QString &error)
+{
+    for (int i = 0; i < jobs.size(); ++i) {
+        for (int j = 0; j < i; ++j) {
+            const QString file = jobs.at(i).record.value(IPCPRI::Config::Key::File).toString();
+            if (file == jobs.at(j).record.value(IPCPRI::Config::Key::File).toString()) {
+                error = QStringLiteral("%1 and %2 both write the core \"%3\"")
+                            .arg(jobs.at(j).path, jobs.at(i).path, file);
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+// Runs lock their cores' folders in the order of the file names, so that two
+// runs sharing cores never wait for each other in a circle.
+QVector<int> lockOrder(const QVector<Job> &jobs)
+{
+    QVector<int> order(jobs.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::sort(order.begin(), order.end(), [&](int a, int b) {
+        return jobs.at(a).record.value(IPCPRI::Config::Key::File).toString()
+               < jobs.at(b).record.value(IPCPRI::Config::Key::File).toString();
+    });
+    return order;
+}
+
+// One record's result as an object; several as an array, each naming its record.
+void printResults(const QVector<Job> &jobs)
+{
+    if (jobs.size() == 1) {
+        print(QJsonDocument(jobs.first().result));
+        return;
+    }
+    QJsonArray results;
+    for (const Job &job : jobs) {
+        QJsonObject result = job.result;
+        result.insert(QStringLiteral("record"), job.path);
+        results.append(result);
+    }
+    print(QJsonDocument(results));
 }
 
 QStringList saveScreenshots(QDialog *dialog, const QString &dir)
@@ -217,31 +275,54 @@ int runDevices(PluginHost &host)
 
 int runGenerate(PluginHost &host, const Options &options)
 {
-    QMap<QString, QVariant> record;
-    DEV::DeviceArg device;
-    QString error;
     if (options.workDir.isEmpty())
         return fail(QStringLiteral("generate needs --workdir DIR"));
-    if (!readRecordArgument(options, record, error) || !fileStaysInWorkDir(record, error)
-        || !deviceOfRecord(record, device, error) || !prepareProject(host, options, device, error))
+    if (options.arguments.isEmpty())
+        return fail(QStringLiteral("generate needs at least one RECORD.json"));
+    QVector<Job> jobs;
+    QString error;
+    for (const QString &path : options.arguments) {
+        Job job{path, {}, {}, {}};
+        if (!RecordFile::read(path, job.record, error) || !checkJob(host, options, job, error))
+            return fail(error);
+        jobs << job;
+    }
+    if (!filesDiffer(jobs, error))
         return fail(error);
 
-    IPCore::clearWrittenFiles();
-    QStringList settings, projectFiles, synthesisOptions;
-    QString synthesisMessage;
-    const bool ok = host.protocol()->generate(record, settings, projectFiles, synthesisOptions,
-                                              synthesisMessage, options.synthesize);
-    QJsonObject result{
-        {QStringLiteral("ok"), ok},
-        {QStringLiteral("serdesSettings"), toArray(settings)},
-        {QStringLiteral("synthesisOptions"), toArray(synthesisOptions)},
-        {QStringLiteral("files"), toArray(IPCore::writtenFiles())},
-    };
-    if (options.synthesize)
-        result.insert(QStringLiteral("synthesisMessage"), synthesisMessage);
-    print(QJsonDocument(result));
-    if (!ok)
-        return fail(generationFailure(record, options.synthesize, synthesisMessage), Failed);
+    // Each core's files appear together once every record has generated
+    // well; until then each set waits in its staging folder.
+    std::vector<std::unique_ptr<IPCore::OutputSet>> sets(jobs.size());
+    for (int i : lockOrder(jobs)) {
+        Job &job = jobs[i];
+        if (!prepareProject(host, options, job.device, error))
+            return fail(error);
+        QStringList settings, projectFiles, synthesisOptions;
+        QString synthesisMessage;
+        // The set takes the folder the plug-in creates next.
+        sets[size_t(i)] = std::make_unique<IPCore::OutputSet>();
+        if (!host.protocol()->generate(job.record, settings, projectFiles, synthesisOptions,
+                                       synthesisMessage, options.synthesize))
+            return fail(QStringLiteral("%1: %2").arg(job.path, generationFailure(options.synthesize,
+                                                                              synthesisMessage)),
+                        Failed);
+        const QStringList problems = IPSERDESIP::generator::checkSettings(settings);
+        if (!problems.isEmpty())
+            return fail(QStringLiteral("%1: %2").arg(job.path, problems.first()));
+        job.result = QJsonObject{
+            {QStringLiteral("ok"), true},
+            {QStringLiteral("serdesSettings"), toArray(settings)},
+            {QStringLiteral("synthesisOptions"), toArray(synthesisOptions)},
+        };
+        if (options.synthesize)
+            job.result.insert(QStringLiteral("synthesisMessage"), synthesisMessage);
+    }
+    for (size_t i = 0; i < sets.size(); ++i) {
+        if (!sets.at(i)->commit())
+            return fail(IPCore::lastError(), Failed);
+        jobs[int(i)].result.insert(QStringLiteral("files"), toArray(sets.at(i)->files()));
+    }
+    printResults(jobs);
     return Success;
 }
 
@@ -303,10 +384,14 @@ int runDialog(PluginHost &host, const Options &options)
         return screenshots.isEmpty() ? fail(QStringLiteral("the dialog was not shown"), Failed)
                                      : Success;
     }
-    if (result.isEmpty())
-        return fail(refused ? QStringLiteral("the dialog refused its settings")
-                            : QStringLiteral("no record: the dialog was cancelled or refused"),
+    if (result.isEmpty() && refused) {
+        const QString reason = IPCore::lastError();
+        return fail(QStringLiteral("the dialog refused its settings")
+                        + (reason.isEmpty() ? QString() : QStringLiteral(": ") + reason),
                     Failed);
+    }
+    if (result.isEmpty())
+        return fail(QStringLiteral("no record: the dialog was cancelled or refused"), Failed);
     if (!options.outRecord.isEmpty() && !RecordFile::write(options.outRecord, result, error))
         return fail(error, Failed);
     print(QJsonDocument(RecordFile::toJson(result)));

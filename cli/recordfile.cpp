@@ -65,15 +65,21 @@ bool RecordFile::read(const QString &path, QMap<QString, QVariant> &record, QStr
         error = QStringLiteral("cannot read %1: %2").arg(path, file.errorString());
         return false;
     }
+    return parse(file.readAll(), path, record, error);
+}
+
+bool RecordFile::parse(const QByteArray &json, const QString &name,
+                       QMap<QString, QVariant> &record, QString &error)
+{
     QJsonParseError parse;
-    const QJsonDocument doc = QJsonDocument::fromJson(file.readAll(), &parse);
+    const QJsonDocument doc = QJsonDocument::fromJson(json, &parse);
     if (parse.error != QJsonParseError::NoError) {
         error = QStringLiteral("%1: malformed JSON at offset %2: %3")
-                    .arg(path).arg(parse.offset).arg(parse.errorString());
+                    .arg(name).arg(parse.offset).arg(parse.errorString());
         return false;
     }
     if (!doc.isObject()) {
-        error = QStringLiteral("%1: a record must be a JSON object").arg(path);
+        error = QStringLiteral("%1: a record must be a JSON object").arg(name);
         return false;
     }
     const QJsonObject object = doc.object();
@@ -83,7 +89,7 @@ bool RecordFile::read(const QString &path, QMap<QString, QVariant> &record, QStr
         const IPCPRI::Config::KeySpec *known = IPCPRI::Config::keySpec(it.key());
         if (!toVariant(it.value(), value, type) || (known && known->type != type)) {
             error = QStringLiteral("%1: the value of \"%2\" must be %3")
-                        .arg(path, it.key(),
+                        .arg(name, it.key(),
                              known ? typeName(known->type)
                                   : QStringLiteral("a text, a boolean or an integer"));
             return false;

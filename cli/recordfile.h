@@ -15,6 +15,9 @@ public:
     // Reads and checks a record; false with error set on a missing file,
     // malformed JSON or a value of the wrong type.
     static bool read(const QString &path, QMap<QString, QVariant> &record, QString &error);
+    // The same for a record's JSON text; name stands for its source in errors.
+    static bool parse(const QByteArray &json, const QString &name,
+                      QMap<QString, QVariant> &record, QString &error);
     // Writes a record atomically; false with error set when it cannot.
     static bool write(const QString &path, const QMap<QString, QVariant> &record,
                       QString &error);

@@ -79,6 +79,14 @@ QVector<KeySpec> buildRecordKeys()
     };
 }
 
+QStringList millivolts(int first, int last, int step)
+{
+    QStringList items;
+    for (int mv = first; mv <= last; mv += step)
+        items << QStringLiteral("%1mV").arg(mv);
+    return items;
+}
+
 } // namespace
 
 const QVector<KeySpec> &recordKeys()
@@ -107,6 +115,18 @@ const QStringList &loopbackModes()
     static const QStringList modes = {QStringLiteral("OFF"), QStringLiteral("LB_NES"),
                                       QStringLiteral("LB_FES"), QStringLiteral("LB_ENC")};
     return modes;
+}
+
+const QStringList &differentialSwings()
+{
+    static const QStringList swings = millivolts(180, 900, 48);
+    return swings;
+}
+
+const QStringList &signalDetectThresholds()
+{
+    static const QStringList thresholds = millivolts(25, 200, 25);
+    return thresholds;
 }
 
 const QVector<QString> &optionalPortKeys()

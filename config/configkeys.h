@@ -103,6 +103,10 @@ QVariant initialValue(const QString &key);
 
 // The loopback modes a lane offers, the first being the new core's.
 const QStringList &loopbackModes();
+// The transmitter swings a lane offers: "180mV" to "900mV" in steps of 48 mV.
+const QStringList &differentialSwings();
+// The receiver signal-detect thresholds: "25mV" to "200mV" in steps of 25 mV.
+const QStringList &signalDetectThresholds();
 
 // The two ways of setting the transmitter taps and the receiver equalizer.
 inline const QString AutoMode = QStringLiteral("Auto");

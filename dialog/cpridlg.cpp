@@ -84,14 +84,6 @@ void setTextIfChanged(QLineEdit *edit, const QString &text)
         edit->setText(text);
 }
 
-QStringList millivoltItems(int first, int last, int step)
-{
-    QStringList items;
-    for (int mv = first; mv <= last; mv += step)
-        items << QStringLiteral("%1mV").arg(mv);
-    return items;
-}
-
 QString initial(const QString &key)
 {
     return Config::initialValue(key).toString();
@@ -204,9 +196,9 @@ void cpridlg::initDialog()
 
     phyUi->LoopbackMode->addItems(Config::loopbackModes());
     selectText(phyUi->LoopbackMode, initial(Key::LoopbackMode));
-    afeUi->differeSwingComboBox->addItems(millivoltItems(180, 900, 48));
+    afeUi->differeSwingComboBox->addItems(Config::differentialSwings());
     selectText(afeUi->differeSwingComboBox, initial(Key::DifferentialSwing));
-    afeUi->sdThresholdComboBox->addItems(millivoltItems(25, 200, 25));
+    afeUi->sdThresholdComboBox->addItems(Config::signalDetectThresholds());
     selectText(afeUi->sdThresholdComboBox, initial(Key::SdThreshold));
 
     optUi->groupBox->hide();

@@ -3,6 +3,8 @@
 #include "../config/linerates.h"
 #include "../serdes/resourcenames.h"
 
+#include <cmath>
+
 namespace IPCPRI {
 namespace Generate {
 
@@ -73,14 +75,15 @@ const QVector<FlagDefine> &speedClassDefines()
 const QString LoopbackPortDefine = QStringLiteral("`define LOOPBACK_PORT_EN");
 
 // Nanoseconds per cycle of the configuration clock given in MHz. A missing
-// clock, zero or a text that is no number falls back to the dialog's default.
+// clock, or one that gives no finite period (zero, a text that is no number,
+// "nan", "1e-320"), falls back to the dialog's default.
 QString configClockPeriod(const ConfigMap &record)
 {
     bool ok = false;
-    double mhz = record.value(Key::ConfigClkPeriod).toString().toDouble(&ok);
-    if (!ok || mhz == 0.0)
-        mhz = Config::keySpec(Key::ConfigClkPeriod)->initial.toString().toDouble();
-    return QString::number(1000.0 / mhz, 'f', 2);
+    double period = 1000.0 / record.value(Key::ConfigClkPeriod).toString().toDouble(&ok);
+    if (!ok || !std::isfinite(period))
+        period = 1000.0 / Config::keySpec(Key::ConfigClkPeriod)->initial.toString().toDouble();
+    return QString::number(period, 'f', 2);
 }
 
 void appendFlags(QStringList &lines, const ConfigMap &record, const QVector<FlagDefine> &rows)

@@ -1,7 +1,8 @@
-// The command-line host: its commands, JSON output and error paths.
+// The command-line host: its commands, JSON output, refusals and output sets.
 
 #include <QDir>
-#include <QFile>
+#include <QEventLoop>
+#include <QFileSystemWatcher>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -10,10 +11,16 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
+
 namespace {
 
-const QString Example =
-    QStringLiteral(CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json");
+QString operator""_q(const char *text, std::size_t size)
+{
+    return QString::fromUtf8(text, int(size));
+}
+
+const QString Example = CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json"_q;
 
 struct Result
 {
@@ -27,17 +34,41 @@ struct Result
 Result runHost(const QStringList &arguments)
 {
     QProcess process;
-    process.start(QStringLiteral(CPRI_HOST_PATH), arguments);
-    process.waitForFinished(60000);
+    process.start(CPRI_HOST_PATH ""_q, arguments);
+    process.waitForFinished(-1);
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-QStringList strings(const QJsonValue &value)
+QByteArray read(const QString &path)
 {
-    QStringList list;
-    for (const QJsonValue &item : value.toArray())
-        list << item.toString();
-    return list;
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// The example record with some values changed; a null value removes the key.
+QByteArray changed(const QByteArray &changes)
+{
+    QJsonObject record = QJsonDocument::fromJson(read(Example)).object();
+    const QJsonObject object = QJsonDocument::fromJson(changes).object();
+    for (auto it = object.begin(); it != object.end(); ++it)
+        it.value().isNull() ? void(record.remove(it.key())) : void(record.insert(it.key(), it.value()));
+    return QJsonDocument(record).toJson(QJsonDocument::Compact);
+}
+
+QString writeRecord(const QString &path, const QByteArray &changes)
+{
+    return write(path, changed(changes)) ? path : QString();
+}
+
+QStringList entries(const QString &dir)
+{
+    return QDir(dir).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name);
 }
 
 } // namespace
@@ -47,209 +78,238 @@ class TestCli : public QObject
     Q_OBJECT
 
 private slots:
-    void helpListsTheCommands();
-    void infoPrintsTheDescriptor();
-    void devicesListTheLibrary();
+    void helpInfoAndDevices();
     void generateWritesTheCoreFiles();
-    void generateRunsSynthesis();
+    void generateTakesSeveralRecords();
     void resourcesOfARecord();
-    void badInput_data();
-    void badInput();
-    void refusedGenerationExitsNonZero();
+    void refusal_data();
+    void refusal();
     void dialogEditAndAcceptKeepsTheRecord();
+    void dialogSaysWhyItRefused();
     void dialogScreenshots();
+    void killedAndRacingRunsLeaveOneCompleteSet();
 };
 
-void TestCli::helpListsTheCommands()
+void TestCli::helpInfoAndDevices()
 {
-    const Result r = runHost({QStringLiteral("--help")});
-    QCOMPARE(r.exitCode, 0);
-    for (const char *command : {"info", "devices", "generate", "resources", "dialog"})
-        QVERIFY(r.out.contains(command));
-}
-
-void TestCli::infoPrintsTheDescriptor()
-{
-    const Result r = runHost({QStringLiteral("info")});
-    QCOMPARE(r.exitCode, 0);
-    const QJsonObject info = r.json().object();
-    QCOMPARE(info.value(QStringLiteral("name")).toString(), QStringLiteral("CPRI"));
-    QVERIFY(!info.value(QStringLiteral("version")).toString().isEmpty());
-    QCOMPARE(info.value(QStringLiteral("descriptor")).toObject().value(QStringLiteral("ipcore.name")),
-             QJsonValue(QStringLiteral("CPRI")));
-}
-
-void TestCli::devicesListTheLibrary()
-{
-    const Result r = runHost({QStringLiteral("devices")});
-    QCOMPARE(r.exitCode, 0);
-    const QJsonArray devices = r.json().array();
-    QStringList parts, grades;
-    for (const QJsonValue &value : devices) {
-        const QJsonObject device = value.toObject();
-        QVERIFY(!device.value(QStringLiteral("id")).toString().isEmpty());
-        QVERIFY(!device.value(QStringLiteral("lanes")).toArray().isEmpty());
-        parts << device.value(QStringLiteral("part")).toString();
-        grades << device.value(QStringLiteral("grade")).toString();
-    }
-    QVERIFY(parts.contains(QStringLiteral("DVA-1")));
-    QVERIFY(parts.contains(QStringLiteral("DVB-1")));
-    QVERIFY(grades.contains(QStringLiteral("C2/I1")));
-    QVERIFY(grades.size() > grades.count(QStringLiteral("C2/I1")));
+    const Result help = runHost({"--help"_q});
+    for (const char *command : {"info", "devices", "generate RECORD.json...", "resources", "dialog"})
+        QVERIFY(help.exitCode == 0 && help.out.contains(command));
+    const QJsonObject info = runHost({"info"_q}).json().object();
+    QCOMPARE(info.value("name"_q).toString(), "CPRI"_q);
+    QCOMPARE(info.value("descriptor"_q).toObject().value("ipcore.name"_q), QJsonValue("CPRI"_q));
+    const QByteArray devices = runHost({"devices"_q}).out;
+    for (const char *fact : {"\"part\": \"DVA-1\"", "\"part\": \"DVB-1\"", "\"grade\": \"C2/I1\"", "\"grade\": \"I2\"", "\"lanes\": ["})
+        QVERIFY2(devices.contains(fact), fact);
 }
 
 void TestCli::generateWritesTheCoreFiles()
 {
     QTemporaryDir work;
-    const Result r = runHost({QStringLiteral("generate"), Example, QStringLiteral("--workdir"),
-                              work.path()});
+    const Result r = runHost({"generate"_q, Example, "--workdir"_q, work.path(), "--synthesize"_q});
     QVERIFY2(r.exitCode == 0, r.err.constData());
     const QJsonObject result = r.json().object();
-    QCOMPARE(result.value(QStringLiteral("ok")).toBool(), true);
-    const QStringList settings = strings(result.value(QStringLiteral("serdesSettings")));
-    QCOMPARE(settings.first(), QStringLiteral("q0_ln1_pll_sel qpll0"));
-    QVERIFY(settings.contains(QStringLiteral("q0_refclk0_freq 122.88")));
-    QCOMPARE(strings(result.value(QStringLiteral("synthesisOptions"))).size(), 15);
-    const QString dir = QDir(work.path()).absoluteFilePath(QStringLiteral("cpri_0/temp/cpri"));
-    QCOMPARE(strings(result.value(QStringLiteral("files"))),
-             QStringList({dir + QStringLiteral("/top_define.vh"),
-                          dir + QStringLiteral("/cpri_defines.vh"),
-                          dir + QStringLiteral("/cpri.ini")}));
-    QFile ini(dir + QStringLiteral("/cpri.ini"));
-    QVERIFY(ini.open(QIODevice::ReadOnly));
-    QCOMPARE(QString::fromUtf8(ini.readAll()), settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    QVERIFY(result.value("ok"_q).toBool() && result.value("synthesisMessage"_q).toString().contains("cpri_top.v"_q));
+    const QStringList settings = result.value("serdesSettings"_q).toVariant().toStringList();
+    QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q && settings.contains("q0_refclk0_freq 122.88"_q));
+    QCOMPARE(result.value("synthesisOptions"_q).toVariant().toStringList().size(), 15);
+    const QString dir = work.path() + "/cpri_0/temp/cpri"_q;
+    QCOMPARE(result.value("files"_q).toVariant().toStringList(),
+             QStringList({dir + "/top_define.vh"_q, dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q}));
+    QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini"_q)), settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    QCOMPARE(entries(work.path() + "/cpri_0/temp"_q), QStringList{"cpri"_q}); // nothing left beside
 }
 
-void TestCli::generateRunsSynthesis()
+void TestCli::generateTakesSeveralRecords()
 {
     QTemporaryDir work;
-    const Result r = runHost({QStringLiteral("generate"), Example, QStringLiteral("--workdir"),
-                              work.path(), QStringLiteral("--synthesize")});
-    QCOMPARE(r.exitCode, 0);
-    QVERIFY(r.json().object().value(QStringLiteral("synthesisMessage")).toString()
-                .contains(QStringLiteral("cpri_top.v")));
+    const QString a = writeRecord(work.filePath("a.json"_q), R"({"file": "a"})");
+    const QString b = writeRecord(work.filePath("b.json"_q), R"({"file": "b", "module": "m_b"})");
+    const QString bad = writeRecord(work.filePath("bad.json"_q), R"({"file": "c", "FFEMODE": "x"})");
+    const QString out = work.filePath("out"_q);
+    const Result several = runHost({"generate"_q, b, a, "--workdir"_q, out});
+    QVERIFY2(several.exitCode == 0, several.err.constData());
+    const QJsonArray results = several.json().array();
+    QVERIFY(results.size() == 2 && results[0]["record"_q].toString() == b);
+    QCOMPARE(results[1]["files"_q].toVariant().toStringList().first(), out + "/a/temp/cpri/top_define.vh"_q);
+    QCOMPARE(read(out + "/b/temp/cpri/top_define.vh"_q), QByteArray("`define module_name m_b\n"));
+    // One bad record, or two on one core, and no record is written.
+    const QString fresh = work.filePath("fresh"_q);
+    for (const QStringList &records : {QStringList{a, bad}, QStringList{a, b, a}}) {
+        const Result r = runHost(QStringList{"generate"_q} + records + QStringList{"--workdir"_q, fresh});
+        QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(fresh));
+    }
 }
 
 void TestCli::resourcesOfARecord()
 {
-    const Result r = runHost({QStringLiteral("resources"), Example});
-    QCOMPARE(r.exitCode, 0);
-    const QJsonObject m = r.json().object();
-    QCOMPARE(m.value(QStringLiteral("instanceName")).toString(), QStringLiteral("cpri_0:cpri_top"));
-    QCOMPARE(strings(m.value(QStringLiteral("laneList"))), QStringList{QStringLiteral("Q0_LANE1")});
-    QCOMPARE(strings(m.value(QStringLiteral("pllList"))), QStringList{QStringLiteral("Q0_QPLL0")});
-    QCOMPARE(strings(m.value(QStringLiteral("lineRates"))), QStringList{QStringLiteral("9.83040")});
-    for (const char *field : {"coreName", "fileValue", "moduleValue", "refClockList",
-                              "refFreqList", "auxList1", "auxList2"})
+    const QJsonObject m = runHost({"resources"_q, Example}).json().object();
+    QCOMPARE(m.value("instanceName"_q).toString(), "cpri_0:cpri_top"_q);
+    QCOMPARE(m.value("laneList"_q).toVariant().toStringList() + m.value("pllList"_q).toVariant().toStringList()
+                 + m.value("lineRates"_q).toVariant().toStringList(), QStringList({"Q0_LANE1"_q, "Q0_QPLL0"_q, "9.83040"_q}));
+    for (const char *field : {"coreName", "fileValue", "moduleValue", "refClockList", "refFreqList", "auxList1", "auxList2"})
         QVERIFY2(m.contains(QLatin1String(field)), field);
 }
 
-void TestCli::badInput_data()
+void TestCli::refusal_data()
 {
     QTest::addColumn<QByteArray>("record"); // empty: no file at all
-    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("arguments"); // RECORD stands for the record's path
     QTest::addColumn<QString>("message");
-    const QStringList generate{QStringLiteral("generate"), QStringLiteral("RECORD")};
-    QTest::newRow("missing file") << QByteArray() << generate << "cannot read";
-    QTest::newRow("malformed JSON") << QByteArray("{\"MII\": tru") << generate << "malformed JSON";
-    QTest::newRow("not an object") << QByteArray("[1]") << generate << "JSON object";
-    QTest::newRow("text for a flag") << QByteArray("{\"MII\": \"true\"}") << generate << "\"MII\"";
-    QTest::newRow("number for a text") << QByteArray("{\"Line_Rate\": 9.8304}") << generate
-                                       << "\"Line_Rate\"";
-    QTest::newRow("fraction for an integer") << QByteArray("{\"ATT\": 7.5}") << generate << "\"ATT\"";
-    QTest::newRow("list value") << QByteArray("{\"extra\": [1]}") << generate << "\"extra\"";
-    QTest::newRow("file name leaves the work dir") << QByteArray("{\"file\": \"../x\"}") << generate
-                                                   << "plain name";
-    QTest::newRow("unknown device") << QByteArray("{\"target_device\": \"XYZ\"}") << generate
-                                    << "unknown device";
-    QTest::newRow("no workdir") << QByteArray("{}")
-                                << QStringList{QStringLiteral("generate"), QStringLiteral("RECORD"),
-                                               QStringLiteral("--no-workdir")}
-                                << "--workdir";
-    QTest::newRow("unknown command") << QByteArray("{}")
-                                     << QStringList{QStringLiteral("frobnicate")} << "unknown command";
-    QTest::newRow("resources without record") << QByteArray("{}")
-                                              << QStringList{QStringLiteral("resources")}
-                                              << "RECORD.json";
+    const auto row = [](const char *name, const QByteArray &record, const char *message,
+                        const char *arguments = "generate RECORD --workdir WORK") {
+        QTest::newRow(name) << record << QString::fromUtf8(arguments) << QString::fromUtf8(message);
+    };
+    row("missing file", "", "cannot read");
+    row("malformed JSON", R"({"MII": tru)", "malformed JSON");
+    row("not an object", "[1]", "JSON object");
+    row("text for a flag", R"({"MII": "true"})", "\"MII\" must be a boolean");
+    row("fraction for an integer", R"({"ATT": 7.5})", "\"ATT\" must be an integer");
+    row("list value", R"({"extra": [1]})", "\"extra\" must be a text");
+    row("empty record", "{}", "the record is empty");
+    row("unknown device", changed(R"({"target_device": "XYZ"})"), "unknown device");
+    row("no workdir", "{}", "--workdir", "generate RECORD");
+    row("unknown command", "{}", "unknown command", "frobnicate");
+    row("resources without record", "{}", "RECORD.json", "resources");
+    row("dialog on an unknown device", "{}", "unknown device", "dialog --device nope --screenshot WORK");
+    // Texts reach define files and setting lines as they are.
+    row("module with a line", changed(R"({"module": "a\n`include \"/etc/passwd\""})"), "\"module\" holds the control character U+000A");
+    row("rate with a line", changed(R"({"Line_Rate": "9.83040Gbps\nq0_ln2_enable true"})"), "\"Line_Rate\" holds the control character U+000A");
+    row("swing with a line", changed(R"({"DIFFERENTIAL_SWING": "900mV\r"})"), "U+000D");
+    row("file with NUL", changed(R"({"file": "a\u0000b"})"), "\"file\" holds the control character U+0000");
+    row("seed with a directive", changed(R"({"Initial_Scrambler_Seed": "0 `include"})"), "does not keep (it would put \"00000000\")");
+    // Names as the dialog frame takes them.
+    row("empty file name", changed(R"({"file": ""})"), "The file name is empty.");
+    row("file name leaves the work dir", changed(R"({"file": "../x"})"), "must be a plain name");
+    row("file name with a blank", changed(R"({"file": "a b"})"), "characters that are not allowed (\" \")");
+    row("file name too long", changed("{\"file\": \"" + QByteArray(256, 'x') + "\"}"), "256 bytes long; a folder name holds at most 255");
+    row("no module", changed(R"({"module": null})"), "The module name is empty.");
+    row("module no identifier", changed(R"({"module": "9x"})"), "not a legal Verilog identifier");
+    row("module a keyword", changed(R"({"module": "always"})"), "is a reserved Verilog keyword");
+    // Choices the dialog does not offer.
+    row("rate not as written", changed(R"({"Line_Rate": "9.8304Gbps"})"), "\"Line_Rate\" is \"9.8304Gbps\", which the dialog does not offer");
+    row("lane not on the device", changed(R"({"Channel_Selection": "Q1 Lane0"})"), "(it offers Q0 Lane0, Q0 Lane1, Q0 Lane2, Q0 Lane3)");
+    row("lane of another core", changed("{}"), "\"Channel_Selection\" is \"Q0 Lane1\"", "generate RECORD --occupy RECORD --workdir WORK");
+    row("source not on the device", changed(R"({"Reference_CLK_Source": "MCLK"})"), "\"Reference_CLK_Source\" is \"MCLK\"");
+    row("PLL in lower case", changed(R"({"PLL_Selection": "qpll0"})"), "\"PLL_Selection\" is \"qpll0\"");
+    row("no loopback mode", changed(R"({"Loopback_Mode": null})"), "\"Loopback_Mode\" is \"\"");
+    row("placement", changed(R"({"64B_66B_Mode": "serdes"})"), "\"64B_66B_Mode\" is \"serdes\"");
+    row("FFE mode", changed(R"({"FFEMODE": "auto"})"), "\"FFEMODE\" is \"auto\"");
+    row("equalization mode", changed(R"({"Equalization_Mode": ""})"), "\"Equalization_Mode\" is \"\", which the dialog does not offer (it offers Auto, Manual)");
+    row("threshold", changed(R"({"SD_THRESHOLD": "101mV"})"), "\"SD_THRESHOLD\" is \"101mV\"");
+    // Fields the dialog keeps in range.
+    row("clock not a number", changed(R"({"Config_Clk_Period": "nan"})"), "\"Config_Clk_Period\" is \"nan\", which the dialog does not keep (it would put \"50\")");
+    row("clock too fast", changed(R"({"Config_Clk_Period": "151"})"), "\"Config_Clk_Period\" is \"151\"");
+    row("clock zero", changed(R"({"Config_Clk_Period": "0"})"), "\"Config_Clk_Period\" is \"0\"");
+    row("seed too high", changed(R"({"Initial_Scrambler_Seed": "80000000"})"), "\"Initial_Scrambler_Seed\" is \"80000000\"");
+    row("seed too short", changed(R"({"Initial_Scrambler_Seed": "1F"})"), "\"Initial_Scrambler_Seed\" is \"1F\"");
+    row("HDLC rate", changed(R"({"Initial_HDLC_Rate": "8"})"), "it would put \"2\"");
+    row("HDLC mask", changed(R"({"Initial_HDLC_Mask": "0x00"})"), "\"Initial_HDLC_Mask\" is \"0x00\"");
+    row("Ethernet pointer", changed(R"({"Initial_Ethernet_Pointer": "13"})"), "it would put \"14\"");
+    row("speed mask", changed(R"({"speedEnables_Record": "00000100000x"})"), "\"speedEnables_Record\"");
+    // The generator's check of the setting lines the plug-in made.
+    row("no frequency", changed(R"({"Reference_CLK_Frequency": "0"})"), "No reference clock frequency is set");
+    row("frequency not a number", changed(R"({"Reference_CLK_Frequency": "inf"})"), "Reference frequency \"inf\" of q0_refclk0_freq is not a number");
 }
 
-void TestCli::badInput()
+void TestCli::refusal()
 {
     QFETCH(QByteArray, record);
-    QFETCH(QStringList, arguments);
+    QFETCH(QString, arguments);
     QFETCH(QString, message);
     QTemporaryDir dir;
-    const QString recordPath = dir.path() + QStringLiteral("/record.json");
-    if (!record.isEmpty()) {
-        QFile file(recordPath);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(record);
-    }
-    const QString work = dir.path() + QStringLiteral("/work");
-    QStringList args;
-    for (const QString &a : arguments) {
-        if (a == QLatin1String("RECORD"))
-            args << recordPath;
-        else if (a != QLatin1String("--no-workdir"))
-            args << a;
-    }
-    if (!arguments.contains(QStringLiteral("--no-workdir")) && args.first() == QLatin1String("generate"))
-        args << QStringLiteral("--workdir") << work;
-    const Result r = runHost(args);
-    QVERIFY(r.exitCode != 0);
-    QVERIFY(r.out.isEmpty());
-    const QString err = QString::fromUtf8(r.err).trimmed();
-    QCOMPARE(err.count(QLatin1Char('\n')), 0);
-    QVERIFY2(err.contains(message), qPrintable(err));
-    QVERIFY(!QFileInfo::exists(work));
-}
-
-void TestCli::refusedGenerationExitsNonZero()
-{
-    QTemporaryDir dir;
-    QFile file(dir.path() + QStringLiteral("/empty.json"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("{}");
-    file.close();
-    const Result r = runHost({QStringLiteral("generate"), file.fileName(),
-                              QStringLiteral("--workdir"), dir.path() + QStringLiteral("/w")});
-    QCOMPARE(r.exitCode, 1);
-    QCOMPARE(r.json().object().value(QStringLiteral("ok")).toBool(true), false);
-    QVERIFY(r.err.contains("empty"));
-    QVERIFY(!QFileInfo::exists(dir.path() + QStringLiteral("/w")));
+    const QString path = dir.filePath("record.json"_q), work = dir.filePath("work"_q);
+    QVERIFY(record.isEmpty() || write(path, record));
+    const Result r = runHost(arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' ')));
+    const QString err = QString::fromUtf8(r.err);
+    QVERIFY2(err.startsWith("cpri-host: "_q) && err.contains(message) && err.count(QLatin1Char('\n')) == 1, qPrintable(err));
+    QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(work));
 }
 
 void TestCli::dialogEditAndAcceptKeepsTheRecord()
 {
     QTemporaryDir dir;
-    const QString out = dir.path() + QStringLiteral("/accepted.json");
-    const Result r = runHost({QStringLiteral("dialog"), QStringLiteral("--edit"), Example,
-                              QStringLiteral("--accept"), QStringLiteral("--out"), out,
-                              QStringLiteral("--workdir"), dir.path()});
-    QVERIFY2(r.exitCode == 0, r.err.constData());
-    QFile example(Example);
-    QVERIFY(example.open(QIODevice::ReadOnly));
-    const QJsonObject original = QJsonDocument::fromJson(example.readAll()).object();
-    QCOMPARE(r.json().object(), original);
-    QFile written(out);
-    QVERIFY(written.open(QIODevice::ReadOnly));
-    QCOMPARE(QJsonDocument::fromJson(written.readAll()).object(), original);
+    const QString out = dir.filePath("accepted.json"_q);
+    const Result r = runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--out"_q, out,
+                              "--workdir"_q, dir.path()});
+    const QJsonObject original = QJsonDocument::fromJson(read(Example)).object();
+    QVERIFY2(r.exitCode == 0 && r.json().object() == original, r.err.constData());
+    QCOMPARE(QJsonDocument::fromJson(read(out)).object(), original);
+}
+
+void TestCli::dialogSaysWhyItRefused()
+{
+    QTemporaryDir dir;
+    const QString inTheWay = dir.filePath("file"_q);
+    QVERIFY(write(inTheWay, "not a folder"));
+    const Result folder = runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, inTheWay});
+    QVERIFY2(folder.exitCode == 1 && folder.err.endsWith(": the dialog refused its settings: CPRI: cannot create directory "
+                                 + inTheWay.toUtf8() + "/cpri_0/temp/cpri\n"), folder.err.constData());
+    const QString longName = writeRecord(dir.filePath("long.json"_q), "{\"file\": \"" + QByteArray(256, 'x') + "\"}");
+    const Result name = runHost({"dialog"_q, "--edit"_q, longName, "--accept"_q, "--workdir"_q, dir.path()});
+    QVERIFY2(name.exitCode == 1 && name.err.startsWith("cpri-host: Error: The file name is 256 bytes long; a folder name holds at most 255.\n"),
+             name.err.constData());
 }
 
 void TestCli::dialogScreenshots()
 {
     QTemporaryDir dir;
-    const Result r = runHost({QStringLiteral("dialog"), QStringLiteral("--device"),
-                              QStringLiteral("DVB-1-C2I1"), QStringLiteral("--screenshot"), dir.path()});
-    QCOMPARE(r.exitCode, 0);
-    const QStringList shots = strings(r.json().object().value(QStringLiteral("screenshots")));
-    QCOMPARE(shots.size(), 5);
+    const Result r = runHost({"dialog"_q, "--device"_q, "DVB-1-C2I1"_q, "--screenshot"_q, dir.path()});
+    const QStringList shots = r.json().object().value("screenshots"_q).toVariant().toStringList();
+    QVERIFY(r.exitCode == 0 && shots.size() == 5);
     for (const QString &shot : shots)
         QVERIFY2(QImage(shot).width() > 600, qPrintable(shot));
-    const Result bad = runHost({QStringLiteral("dialog"), QStringLiteral("--device"),
-                                QStringLiteral("nope"), QStringLiteral("--screenshot"), dir.path()});
-    QCOMPARE(bad.exitCode, 2);
-    QVERIFY(bad.err.contains("unknown device"));
+}
+
+// Each round writes a set whose three files all name the round. Runs are
+// killed at changes beside the core's folder, or raced two at a time; the
+// folder must always hold one complete set, and a finished run leaves
+// nothing beside it.
+void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
+{
+    QTemporaryDir work;
+    const QString temp = work.filePath("core/temp"_q), dir = temp + "/cpri"_q;
+    const auto start = [&](QProcess &run, int round) {
+        run.start(CPRI_HOST_PATH ""_q, {"generate"_q, writeRecord(work.filePath("r%1"_q.arg(round)), QStringLiteral(
+            R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "Reference_CLK_Frequency": "%2"})")
+            .arg(round).arg(100 + round).toUtf8()), "--workdir"_q, work.path()});
+        return &run;
+    };
+    const auto heldRound = [&] { // the round whose complete set the folder holds, or -1
+        const int round = QString::fromUtf8(read(dir + "/top_define.vh"_q)).section("module_name m"_q, 1).toInt();
+        return entries(dir) == QStringList({"cpri.ini"_q, "cpri_defines.vh"_q, "top_define.vh"_q})
+            && read(dir + "/cpri_defines.vh"_q).contains("CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n')
+            && read(dir + "/cpri.ini"_q).contains("q0_refclk0_freq " + QByteArray::number(100 + round) + '\n') ? round : -1;
+    };
+    QProcess first;
+    QVERIFY(start(first, 1)->waitForFinished(-1) && heldRound() == 1);
+    int held = 1, counts[4] = {}; // killed before the commit, after it, not killed, races won by the later run
+    for (int round = 2; round <= 41; round += 2) {
+        QProcess run, a, b;
+        QEventLoop loop;
+        QFileSystemWatcher watcher({temp});
+        int changes = 0;
+        connect(&watcher, &QFileSystemWatcher::directoryChanged, &loop, [&] {
+            if (++changes == round / 2 % 4 + 1 && run.state() == QProcess::Running)
+                ::kill(pid_t(run.processId()), SIGKILL);
+        });
+        connect(start(run, round), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &loop, &QEventLoop::quit);
+        loop.exec();
+        const int now = heldRound();
+        const bool killed = run.exitStatus() == QProcess::CrashExit;
+        QVERIFY2((now == round && (killed || run.exitCode() == 0)) || (killed && now == held), qPrintable("round %1 left %2"_q.arg(round).arg(now)));
+        ++counts[!killed ? 2 : now == held ? 0 : 1];
+        // Two runs at once on the same core: both finish, and one set wins whole.
+        start(a, round + 1);
+        start(b, round + 41);
+        QVERIFY(a.waitForFinished(-1) && b.waitForFinished(-1) && a.exitCode() == 0 && b.exitCode() == 0);
+        held = heldRound();
+        QVERIFY2(held == round + 1 || held == round + 41, qPrintable("race of %1 left %2"_q.arg(round + 1).arg(held)));
+        counts[3] += held == round + 41;
+        QCOMPARE(entries(temp), QStringList{"cpri"_q});
+    }
+    qInfo("killed before the commit %d, after it %d, not killed %d; races won by the later run %d of 20",
+          counts[0], counts[1], counts[2], counts[3]);
 }
 
 QTEST_GUILESS_MAIN(TestCli)

@@ -32,8 +32,6 @@ private slots:
     void routeIsRegisteredUntilReset();
     void refusedRouteRegistersNothing();
     void globalResetLinesAreOnlyAppended();
-    void descriptorFormat();
-    void generateFileIsAtomic();
 };
 
 void TestRegistry::init()
@@ -107,39 +105,6 @@ void TestRegistry::globalResetLinesAreOnlyAppended()
     QCOMPARE(settings.mid(before.size()),
              QStringList({QStringLiteral("q1_global_reset_en true"),
                           QStringLiteral("q0_global_reset_en true")}));
-}
-
-void TestRegistry::descriptorFormat()
-{
-    QTemporaryDir dir;
-    QFile file(dir.path() + QStringLiteral("/a.ipspec"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("# comment\n\n ipcore.id = a b \nipcore.list += x\nipcore.list += y\nipcore.empty =\n");
-    file.close();
-    const QMap<QString, QVariant> info = IPCore::processIPInfoSpec(file.fileName());
-    QCOMPARE(info.value(QStringLiteral("ipcore.id")).toString(), QStringLiteral("a b"));
-    QCOMPARE(info.value(QStringLiteral("ipcore.list")).toStringList(),
-             QStringList({QStringLiteral("x"), QStringLiteral("y")}));
-    QVERIFY(info.contains(QStringLiteral("ipcore.empty")));
-    QVERIFY(!IPCore::checkCommonInfo(info));
-    QVERIFY(IPCore::processIPInfoSpec(dir.path() + QStringLiteral("/missing")).isEmpty());
-}
-
-void TestRegistry::generateFileIsAtomic()
-{
-    QTemporaryDir dir;
-    const QString path = dir.path() + QStringLiteral("/out.vh");
-    QVERIFY(IPCore::generateFile(path, {QStringLiteral("a"), QStringLiteral("\u00b5")}, nullptr,
-                                 QString()));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("a\n\xc2\xb5\n"));
-    file.close();
-    QVERIFY(QDir().mkpath(dir.path() + QStringLiteral("/blocked")));
-    QVERIFY(!IPCore::generateFile(dir.path() + QStringLiteral("/blocked"), {QStringLiteral("x")},
-                                  nullptr, QString()));
-    QVERIFY(IPCore::lastError().contains(QStringLiteral("blocked")));
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("out.vh")});
 }
 
 QTEST_MAIN(TestRegistry)

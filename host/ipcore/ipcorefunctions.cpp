@@ -1,5 +1,7 @@
 #include "ipcorefunctions.h"
 
+#include "outputset_p.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -13,26 +15,36 @@ namespace IPCore {
 
 namespace {
 
-const QString idKey = QStringLiteral("ipcore.id");
-const QString nameKey = QStringLiteral("ipcore.name");
-const QString versionKey = QStringLiteral("ipcore.version");
-
 QString &lastErrorText()
 {
     static QString text;
     return text;
 }
 
-QStringList &writtenPaths()
-{
-    static QStringList paths;
-    return paths;
-}
+} // namespace
+
+namespace Internal {
 
 bool fail(const QString &reason)
 {
     lastErrorText() = reason;
     return false;
+}
+
+} // namespace Internal
+
+using Internal::fail;
+
+namespace {
+
+const QString idKey = QStringLiteral("ipcore.id");
+const QString nameKey = QStringLiteral("ipcore.name");
+const QString versionKey = QStringLiteral("ipcore.version");
+
+QStringList &writtenPaths()
+{
+    static QStringList paths;
+    return paths;
 }
 
 // One descriptor line into the map; false on a syntax error.
@@ -100,6 +112,9 @@ bool makeDirs(const QString &dir, const QString &coreName)
 {
     if (dir.isEmpty())
         return fail(QStringLiteral("%1: no output directory given").arg(coreName));
+    bool prepared = false;
+    if (Internal::prepareSetFolder(dir, coreName, &prepared))
+        return prepared;
     if (!QDir().mkpath(dir))
         return fail(QStringLiteral("%1: cannot create directory %2").arg(coreName, dir));
     return true;
@@ -119,15 +134,16 @@ bool generateFile(const QString &path, const QStringList &lines, QWidget *parent
 
     // The lines go to a file beside the target, which then replaces the
     // target in one step: a failure leaves the target as it was.
+    const QString target = Internal::stagedPath(path);
     const QString partial =
-        path + QStringLiteral(".part-%1").arg(QCoreApplication::applicationPid());
+        target + Internal::PartialTag + QString::number(QCoreApplication::applicationPid());
     QFile file(partial);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return fail(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
     const bool written = file.write(bytes) == bytes.size() && file.flush();
     file.close();
     if (!written || ::rename(QFile::encodeName(partial).constData(),
-                             QFile::encodeName(path).constData()) != 0) {
+                             QFile::encodeName(target).constData()) != 0) {
         const QString reason = written ? QString::fromLocal8Bit(std::strerror(errno))
                                        : file.errorString();
         QFile::remove(partial);

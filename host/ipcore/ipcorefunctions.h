@@ -40,7 +40,8 @@ IPHOST_EXPORT bool isSupported(const DEV::DeviceArg &device, const QStringList &
                                const QStringList &supported);
 
 // Creates dir and its parents. False, with lastError() telling why, when
-// it cannot.
+// it cannot. While an OutputSet is open, makeDirs and generateFile write a
+// set's folder as one set (see outputset.h).
 IPHOST_EXPORT bool makeDirs(const QString &dir, const QString &coreName);
 
 // Writes lines to path as UTF-8, each followed by "\n". The file is

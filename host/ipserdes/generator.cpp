@@ -20,10 +20,19 @@ struct LaneClocking
     double refMHz = 0.0;
 };
 
+// A setting value as a finite number; false for anything else ("nan", "inf").
+bool readNumber(const QString &value, double &number)
+{
+    bool ok = false;
+    number = value.toDouble(&ok);
+    return ok && qIsFinite(number);
+}
+
 // Reads what the divider search needs and reports every malformed line.
 LaneClocking readClocking(const QStringList &settings, QStringList &errors)
 {
-    static const QRegularExpression line(QStringLiteral("^([a-z0-9_]+) (\\S.*)$"));
+    // Anchored at the very end: a line break inside a line makes it malformed.
+    static const QRegularExpression line(QStringLiteral("\\A([a-z0-9_]+) (\\S.*)\\z"));
     LaneClocking clocking;
     for (const QString &setting : settings) {
         const QRegularExpressionMatch match = line.match(setting);
@@ -37,14 +46,10 @@ LaneClocking readClocking(const QStringList &settings, QStringList &errors)
             clocking.lanePrefix = name.chopped(int(qstrlen("_pll_sel")));
             clocking.pll = value;
         } else if (name.endsWith(QLatin1String("_tx_rate"))) {
-            bool ok = false;
-            clocking.rateGbps = value.toDouble(&ok);
-            if (!ok)
+            if (!readNumber(value, clocking.rateGbps))
                 errors << QStringLiteral("Line rate \"%1\" of %2 is not a number").arg(value, name);
         } else if (name.endsWith(QLatin1String("_freq"))) {
-            bool ok = false;
-            clocking.refMHz = value.toDouble(&ok);
-            if (!ok)
+            if (!readNumber(value, clocking.refMHz))
                 errors << QStringLiteral("Reference frequency \"%1\" of %2 is not a number")
                               .arg(value, name);
         }
@@ -53,7 +58,7 @@ LaneClocking readClocking(const QStringList &settings, QStringList &errors)
         errors << QStringLiteral("No lane selects a PLL");
     else if (!pllType(clocking.pll))
         errors << QStringLiteral("Unknown PLL \"%1\" for %2").arg(clocking.pll, clocking.lanePrefix);
-    if (clocking.refMHz <= 0.0)
+    if (!(clocking.refMHz > 0.0))
         errors << QStringLiteral("No reference clock frequency is set");
     return clocking;
 }
@@ -110,6 +115,13 @@ bool generator::generate(const QStringList &settings, const QString &csrPath,
 QStringList generator::getErrStringList() const
 {
     return m_errors;
+}
+
+QStringList generator::checkSettings(const QStringList &settings)
+{
+    QStringList errors;
+    readClocking(settings, errors);
+    return errors;
 }
 
 } // namespace IPSERDESIP

@@ -26,6 +26,13 @@ public:
                   const QStringList &extraSettings);
     QStringList getErrStringList() const;
 
+    // The problems generate() finds in a settings list before it searches
+    // for dividers, one message each; none for a list it can work on. Every
+    // line must be a setting name of lower-case letters, digits and "_",
+    // one blank and a value; the lane's PLL must be known, and the line rate
+    // and reference frequency must be finite numbers, the frequency above 0.
+    static QStringList checkSettings(const QStringList &settings);
+
 private:
     QStringList m_errors;
 };

@@ -1,5 +1,6 @@
 #include "protocolgendlg.h"
 
+#include "namerules.h"
 #include "pinfigureview.h"
 #include "serdes.h"
 #include "../core/idecore.h"
@@ -41,77 +42,6 @@ constexpr qreal kFigureFontScale = 0.9;
 // Room for the symbol beside a core's largest tab page.
 constexpr int kInitialWidth = 1180;
 constexpr int kInitialHeight = 780;
-
-// The reserved words of Verilog-2001 (IEEE 1364-2001); none may name a module.
-const QSet<QString> &verilogKeywords()
-{
-    static const QSet<QString> keywords = {
-        "always", "and", "assign", "automatic", "begin", "buf", "bufif0", "bufif1",
-        "case", "casex", "casez", "cell", "cmos", "config", "deassign", "default",
-        "defparam", "design", "disable", "edge", "else", "end", "endcase", "endconfig",
-        "endfunction", "endgenerate", "endmodule", "endprimitive", "endspecify",
-        "endtable", "endtask", "event", "for", "force", "forever", "fork", "function",
-        "generate", "genvar", "highz0", "highz1", "if", "ifnone", "incdir", "include",
-        "initial", "inout", "input", "instance", "integer", "join", "large", "liblist",
-        "library", "localparam", "macromodule", "medium", "module", "nand", "negedge",
-        "nmos", "nor", "noshowcancelled", "not", "notif0", "notif1", "or", "output",
-        "parameter", "pmos", "posedge", "primitive", "pull0", "pull1", "pulldown",
-        "pullup", "pulsestyle_onevent", "pulsestyle_ondetect", "rcmos", "real",
-        "realtime", "reg", "release", "repeat", "rnmos", "rpmos", "rtran", "rtranif0",
-        "rtranif1", "scalared", "showcancelled", "signed", "small", "specify",
-        "specparam", "strong0", "strong1", "supply0", "supply1", "table", "task", "time",
-        "tran", "tranif0", "tranif1", "tri", "tri0", "tri1", "triand", "trior", "trireg",
-        "unsigned", "use", "vectored", "wait", "wand", "weak0", "weak1", "while", "wire",
-        "wor", "xnor", "xor"};
-    return keywords;
-}
-
-bool isAllowedFileNameChar(QChar c)
-{
-    const ushort u = c.unicode();
-    return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9')
-           || u == '_' || u == '-' || u == '.';
-}
-
-bool isPathSeparator(QChar c)
-{
-    return c == QLatin1Char('/') || c == QLatin1Char('\\');
-}
-
-// The characters of name that a file name may not hold, each once and
-// quoted, path separators left out (they are reported on their own).
-QStringList forbiddenFileNameChars(const QString &name)
-{
-    QStringList found;
-    for (QChar c : name) {
-        const QString quoted = QLatin1Char('"') + c + QLatin1Char('"');
-        if (!isAllowedFileNameChar(c) && !isPathSeparator(c) && !found.contains(quoted))
-            found.append(quoted);
-    }
-    return found;
-}
-
-bool isPathLike(const QString &name)
-{
-    return name == QLatin1String(".") || name == QLatin1String("..")
-           || std::any_of(name.cbegin(), name.cend(), isPathSeparator);
-}
-
-// Why name cannot be a module name, or an empty text when it can.
-QString moduleNameProblem(const QString &name)
-{
-    if (name.isEmpty())
-        return protocolGenDlg::tr("The module name is empty.");
-    static const QRegularExpression identifier(QStringLiteral("^[A-Za-z_][A-Za-z0-9_$]*$"));
-    if (!identifier.match(name).hasMatch()) {
-        return protocolGenDlg::tr("The module name \"%1\" is not a legal Verilog identifier: "
-                                  "it must start with a letter or \"_\" and may only contain "
-                                  "letters, digits, \"_\" and \"$\".").arg(name);
-    }
-    if (verilogKeywords().contains(name))
-        return protocolGenDlg::tr("The module name \"%1\" is a reserved Verilog keyword.").arg(name);
-    return QString();
-}
 
 QString messageBoxName(QMessageBox::Icon icon)
 {
@@ -416,26 +346,12 @@ DEV::DeviceArg protocolGenDlg::device() const
 
 void protocolGenDlg::checkFileOptions(QStringList &errors)
 {
-    const QString name = fileName();
-    if (name.isEmpty()) {
-        errors.append(tr("The file name is empty."));
-        return;
-    }
-    if (isPathLike(name)) {
-        errors.append(tr("The file name \"%1\" must be a plain name, not a path "
-                         "(no \"/\" or \"\\\", and not \".\" or \"..\").").arg(name));
-    }
-    const QStringList forbidden = forbiddenFileNameChars(name);
-    if (!forbidden.isEmpty()) {
-        errors.append(tr("The file name \"%1\" contains characters that are not allowed (%2); "
-                         "use only letters A-Z and a-z, digits, \"_\", \"-\" and \".\".")
-                          .arg(name, forbidden.join(QStringLiteral(", "))));
-    }
+    errors.append(NameRules::fileNameProblems(fileName()));
 }
 
 bool protocolGenDlg::checkModuleName()
 {
-    const QString problem = moduleNameProblem(moduleName());
+    const QString problem = NameRules::moduleNameProblem(moduleName());
     if (problem.isEmpty())
         return true;
     runMessageBox(this, QMessageBox::Critical, tr("Error"), problem, QMessageBox::Ok);
