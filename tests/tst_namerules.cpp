@@ -62,10 +62,17 @@ private slots:
         QFile binary(parser);
         QVERIFY2(binary.open(QIODevice::ReadOnly), qPrintable(parser));
         QStringList candidates{"cpri_top", "_x", "a$b", "A9", "9a", "a-b", "$a", "a b", ""};
-        const QRegularExpression token("K_([a-z][a-z0-9_]*)");
-        for (const QByteArray &chunk : binary.readAll().split('\0')) {
-            for (auto it = token.globalMatch(QString::fromLatin1(chunk)); it.hasNext();)
-                candidates << it.next().captured(1);
+        const QByteArray tokens = binary.readAll();
+        const auto lower = [&](int at) { return at < tokens.size() && tokens[at] >= 'a' && tokens[at] <= 'z'; };
+        const auto inWord = [&](int at) {
+            return lower(at) || (at < tokens.size() && ((tokens[at] >= '0' && tokens[at] <= '9') || tokens[at] == '_'));
+        };
+        for (int at = tokens.indexOf("K_"); at >= 0; at = tokens.indexOf("K_", at + 1)) {
+            int end = at + 2;
+            while (inWord(end))
+                ++end;
+            if (lower(at + 2))
+                candidates << QString::fromLatin1(tokens.mid(at + 2, end - at - 2));
         }
         candidates.removeDuplicates();
         int keywords = 0;
