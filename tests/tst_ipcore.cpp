@@ -7,42 +7,39 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-static QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
-}
-static bool write(const QString &path, const QStringList &lines)
-{
-    return IPCore::generateFile(path, lines, nullptr, QString());
-}
-static QStringList entries(const QString &dir)
-{
-    return QDir(dir).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name);
-}
+using namespace IPCore;
 
 class TestIpCore : public QObject
 {
     Q_OBJECT
 
+    static QByteArray read(const QString &path) { QFile f(path); return f.open(QFile::ReadOnly) ? f.readAll() : "(none)"; }
+    static bool write(const QString &path, const QStringList &lines) { return generateFile(path, lines, nullptr, {}); }
+    static QStringList entries(const QString &dir) { return QDir(dir).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name); }
+
 private slots:
     void descriptorFormat()
     {
         QTemporaryDir dir;
-        QVERIFY(write(dir.path() + "/a.ipspec", {"# comment", "", " ipcore.id = a b ",
-                                                 "ipcore.list += x", "ipcore.list += y", "ipcore.empty ="}));
-        const QMap<QString, QVariant> info = IPCore::processIPInfoSpec(dir.path() + "/a.ipspec");
-        QVERIFY(info.value("ipcore.id") == "a b" && info.value("ipcore.list") == QStringList({"x", "y"}));
-        QVERIFY(info.contains("ipcore.empty") && !IPCore::checkCommonInfo(info)
-                && IPCore::processIPInfoSpec(dir.path() + "/missing").isEmpty());
+        QVERIFY(write(dir.filePath("a"), {"# c", "", " ipcore.id = a \u00b5 ", "ipcore.l += x", "ipcore.l += y", "ipcore.e ="}));
+        const QMap<QString, QVariant> info = processIPInfoSpec(dir.filePath("a"));
+        QVERIFY(info.value("ipcore.id") == "a \u00b5" && info.value("ipcore.l") == QStringList({"x", "y"}));
+        QVERIFY(info.contains("ipcore.e") && !checkCommonInfo(info) && processIPInfoSpec("").isEmpty());
+        for (const char *bad : {"no value", " = x", " += x"}) // syntax errors
+            QVERIFY(write(dir.filePath("b"), {"ipcore.id = a", bad}) && processIPInfoSpec(dir.filePath("b")).isEmpty());
+        const DEV::DeviceArg d("D-1-x", "D-1", "C1");
+        QVERIFY(isSupported(d, {}, {"*"}) && isSupported(d, {}, {"D-1-x"}) && !isSupported(d, {"*"}, {}) && !isSupported({}, {}, {}));
     }
 
     void generateFileIsAtomic()
     {
         QTemporaryDir dir;
-        QVERIFY(write(dir.filePath("o"), {"a", "\u00b5"}) && read(dir.filePath("o")) == "a\n\xc2\xb5\n");
-        QVERIFY(QDir().mkpath(dir.path() + "/blocked") && !write(dir.path() + "/blocked", {"x"}));
-        QVERIFY(IPCore::lastError().contains("blocked") && entries(dir.path()).size() == 2);
+        clearWrittenFiles();
+        QVERIFY(generateFile(dir.filePath("o"), {"a", "\u00b5"}, nullptr, "h\ni"));
+        QVERIFY(read(dir.filePath("o")) == "// h\n// i\na\n\xc2\xb5\n" && writtenFiles() == QStringList{dir.filePath("o")});
+        QVERIFY(QDir().mkpath(dir.filePath("b")) && !write(dir.filePath("b"), {"x"}) && entries(dir.path()).size() == 2);
+        QVERIFY(lastError().startsWith("cannot write " + dir.filePath("b") + ": ") && !makeDirs("", "c")
+                && lastError() == "c: no output directory given");
     }
 
     void outputSetClearsWhatKilledRunsLeftAndReplacesAtCommit()
@@ -52,36 +49,39 @@ private slots:
         for (const char *name : {"/a", "/c", "/s/b", "/a.part-1"})
             QVERIFY(QDir().mkpath(dir + "/s") && write(dir + name, {name}));
         QVERIFY(QDir().rename(dir, temp + "/.cpri.old-1") && QDir().mkpath(temp + "/.cpri.new-2/x"));
-        IPCore::OutputSet set;
-        QVERIFY(IPCore::makeDirs(dir, "c") && IPCore::makeDirs(dir, "c") && write(dir + "/a", {"new"}));
+        OutputSet set;
+        QVERIFY(makeDirs(dir, "c") && makeDirs(dir, "c") && write(dir + "/a", {"new"}));
         QVERIFY(write(tmp.path() + "/e", {"now"}) && read(dir + "/a") + read(tmp.path() + "/e") == "/a\nnow\n");
-        QVERIFY(set.files() == QStringList{dir + "/a"} && set.commit());
-        QCOMPARE(read(dir + "/a") + read(dir + "/c") + read(dir + "/s/b"), QByteArray("new\n/c\n/s/b\n"));
-        QCOMPARE(entries(dir) + entries(temp), QStringList({"a", "c", "s", "cpri"}));
+        QVERIFY(set.files() == QStringList{dir + "/a"} && set.folder() == dir && set.commit());
+        QCOMPARE(entries(dir) + entries(temp) << read(dir + "/a") + read(dir + "/c") + read(dir + "/s/b"),
+                 QStringList({"a", "c", "s", "cpri", "new\n/c\n/s/b\n"}));
     }
 
     void abortedSetLeavesNothing()
     {
         QTemporaryDir tmp;
         const QString dir = tmp.path() + "/w/core/temp/cpri";
-        IPCore::OutputSet aborted;
-        QVERIFY(IPCore::makeDirs(dir, "c") && write(dir + "/a.vh", {"x"}));
-        aborted.abort();
-        IPCore::OutputSet set;
-        QVERIFY(entries(tmp.path()).isEmpty() && write(tmp.path() + "/w", {"x"}) && !IPCore::makeDirs(dir, "c"));
-        QVERIFY(IPCore::lastError().contains("cannot create"));
-        QVERIFY(!set.commit() && IPCore::OutputSet().commit()); // the second named no folder
+        for (bool commit : {false, true}) { // a commit fails when the staging folder went away
+            OutputSet set;
+            QVERIFY(makeDirs(dir, "c") && write(dir + "/a.vh", {"x"}));
+            QDir staging(QString("%1/.cpri.new-%2").arg(QFileInfo(dir).path()).arg(QCoreApplication::applicationPid()));
+            QVERIFY(commit ? staging.removeRecursively() && !set.commit() && set.files().isEmpty() : (set.abort(), true));
+            QCOMPARE(entries(tmp.path()), QStringList());
+        }
+        OutputSet set; // a folder that cannot be made
+        QVERIFY(write(tmp.path() + "/w", {"x"}) && !makeDirs(dir, "c") && lastError().contains("cannot create"));
+        QVERIFY(!set.commit() && OutputSet().commit()); // the second set named no folder
     }
 
     void folderReplacementInOneOrTwoSteps()
     {
         for (bool exchange : {true, false}) {
             QTemporaryDir tmp;
-            const QString s = tmp.path() + "/s", t = tmp.path() + "/t", old = tmp.path() + "/o";
-            QVERIFY(QDir().mkpath(s) && QDir().mkpath(t) && write(s + "/f", {"new"}) && write(t + "/f", {"old"}));
-            QVERIFY(!IPCore::Internal::replaceFolder(tmp.path() + "/none", t, old, exchange)
-                    && IPCore::Internal::replaceFolder(s, t, old, exchange));
-            QCOMPARE(read(t + "/f") + entries(tmp.path()).join(' ').toUtf8(), QByteArray("new\nt"));
+            QVERIFY(QDir::setCurrent(tmp.path()) && QDir().mkpath("s/x") && write("s/f", {"new"}) && QDir().mkpath("t"));
+            QVERIFY(!Internal::replaceFolder("s", "none", "o", exchange) && lastError().startsWith("cannot move none aside: "));
+            QVERIFY(!Internal::replaceFolder("none", "t", "o", exchange) && lastError().startsWith("cannot move none to t: "));
+            QVERIFY(Internal::replaceFolder("s", "t", "o", exchange) && entries(".") == QStringList{"t"});
+            QCOMPARE(entries("t") << read("t/f"), QStringList({"f", "x", "new\n"}));
         }
     }
 };

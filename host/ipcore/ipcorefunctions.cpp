@@ -68,6 +68,26 @@ bool readSpecLine(const QString &raw, QMap<QString, QVariant> &info)
     return true;
 }
 
+// Writes bytes to a new file at path; false with reason set when it cannot.
+bool writeBytes(const QString &path, const QByteArray &bytes, QString &reason)
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size()
+        && file.flush())
+        return true;
+    reason = file.errorString();
+    return false;
+}
+
+// Puts the file from in the place of to in one step; false with reason set when it cannot.
+bool replaceFile(const QString &from, const QString &to, QString &reason)
+{
+    if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
+        return true;
+    reason = QString::fromLocal8Bit(std::strerror(errno));
+    return false;
+}
+
 bool names(const QStringList &entries, const DEV::DeviceArg &device)
 {
     return entries.contains(QStringLiteral("*")) || entries.contains(device.device())
@@ -137,15 +157,8 @@ bool generateFile(const QString &path, const QStringList &lines, QWidget *parent
     const QString target = Internal::stagedPath(path);
     const QString partial =
         target + Internal::PartialTag + QString::number(QCoreApplication::applicationPid());
-    QFile file(partial);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return fail(QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
-    const bool written = file.write(bytes) == bytes.size() && file.flush();
-    file.close();
-    if (!written || ::rename(QFile::encodeName(partial).constData(),
-                             QFile::encodeName(target).constData()) != 0) {
-        const QString reason = written ? QString::fromLocal8Bit(std::strerror(errno))
-                                       : file.errorString();
+    QString reason;
+    if (!writeBytes(partial, bytes, reason) || !replaceFile(partial, target, reason)) {
         QFile::remove(partial);
         return fail(QStringLiteral("cannot write %1: %2").arg(path, reason));
     }

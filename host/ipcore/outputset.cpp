@@ -98,7 +98,7 @@ public:
     QString staging;
     QString createdTop; // the highest folder that naming the set created
     QStringList files;
-    int lock = -1; // the lock file, locked
+    QFile lock; // the lock file, locked while it is open
 
     // What a set keeps beside its folder: ".NAME" followed by what.
     QString beside(const QString &what) const
@@ -134,25 +134,23 @@ QList<OutputSet::Private *> &openSets()
 bool OutputSet::Private::takeLock(const QString &coreName)
 {
     const QString parent = QFileInfo(folder).path();
-    const QByteArray path = encoded(beside(LockSuffix));
+    lock.setFileName(beside(LockSuffix));
     for (int attempt = 0; attempt < LockAttempts; ++attempt) {
         if (createdTop.isEmpty())
             createdTop = firstMissing(parent);
         if (!QDir().mkpath(parent))
             return Internal::fail(QStringLiteral("%1: cannot create directory %2").arg(coreName, parent));
-        lock = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-        if (lock < 0)
-            continue; // the folder went away with its last run
+        // Still the file of that name once locked: no run removed it meanwhile.
         struct stat held, named;
-        if (::flock(lock, LOCK_EX) == 0 && ::fstat(lock, &held) == 0
-            && ::stat(path.constData(), &named) == 0 && held.st_ino == named.st_ino
-            && held.st_dev == named.st_dev)
+        if (lock.open(QIODevice::ReadWrite) && ::flock(lock.handle(), LOCK_EX) == 0
+            && ::fstat(lock.handle(), &held) == 0
+            && ::stat(encoded(lock.fileName()).constData(), &named) == 0
+            && held.st_ino == named.st_ino)
             return true;
-        ::close(lock);
-        lock = -1;
+        lock.close();
     }
     return Internal::fail(QStringLiteral("%1: cannot lock %2: %3")
-                              .arg(coreName, beside(LockSuffix), systemError()));
+                              .arg(coreName, lock.fileName(), lock.errorString()));
 }
 
 // Clears what interrupted sets of the folder left beside it. A run killed in
@@ -188,12 +186,10 @@ bool OutputSet::Private::name(const QString &dir, const QString &coreName)
 
 void OutputSet::Private::close()
 {
-    if (lock >= 0) {
-        QFile::remove(beside(LockSuffix));
-        ::close(lock);
-        lock = -1;
+    if (lock.isOpen()) {
+        QFile::remove(lock.fileName());
+        lock.close();
     }
-    staging.clear();
     openSets().removeOne(this);
 }
 
@@ -223,7 +219,7 @@ OutputSet::~OutputSet()
 
 bool OutputSet::commit()
 {
-    if (d->lock < 0) { // no folder named, or it could not be prepared
+    if (!d->lock.isOpen()) { // no folder named, or it could not be prepared
         const bool unnamed = d->folder.isEmpty();
         abort();
         return unnamed;
@@ -266,7 +262,7 @@ bool prepareSetFolder(const QString &dir, const QString &coreName, bool *ok)
     OutputSet::Private *unnamed = nullptr;
     for (OutputSet::Private *set : openSets()) {
         if (set->folder == folder) {
-            *ok = set->lock >= 0;
+            *ok = set->lock.isOpen();
             return true;
         }
         if (set->folder.isEmpty())
@@ -283,7 +279,7 @@ QString stagedPath(const QString &path)
     const QFileInfo info(path);
     const QString folder = cleanAbsolute(info.path());
     for (OutputSet::Private *set : openSets()) {
-        if (set->lock >= 0 && set->folder == folder) {
+        if (set->lock.isOpen() && set->folder == folder) {
             const QString final = folder + QLatin1Char('/') + info.fileName();
             if (!set->files.contains(final))
                 set->files << final;
