@@ -1,5 +1,7 @@
 // The command-line host: its commands, JSON output, refusals and output sets.
 
+#include <ipserdes/generator.h>
+
 #include <QDir>
 #include <QEventLoop>
 #include <QFileSystemWatcher>
@@ -84,6 +86,7 @@ private slots:
     void resourcesOfARecord();
     void refusal_data();
     void refusal();
+    void settingLinesAsTheGeneratorJudgesThem();
     void dialogEditAndAcceptKeepsTheRecord();
     void dialogSaysWhyItRefused();
     void dialogScreenshots();
@@ -96,8 +99,7 @@ void TestCli::helpInfoAndDevices()
     for (const char *command : {"info", "devices", "generate RECORD.json...", "resources", "dialog"})
         QVERIFY(help.exitCode == 0 && help.out.contains(command));
     const QJsonObject info = runHost({"info"_q}).json().object();
-    QCOMPARE(info.value("name"_q).toString(), "CPRI"_q);
-    QCOMPARE(info.value("descriptor"_q).toObject().value("ipcore.name"_q), QJsonValue("CPRI"_q));
+    QVERIFY(info.value("name"_q) == "CPRI"_q && info.value("descriptor"_q)["ipcore.name"_q] == "CPRI"_q);
     const QByteArray devices = runHost({"devices"_q}).out;
     for (const char *fact : {"\"part\": \"DVA-1\"", "\"part\": \"DVB-1\"", "\"grade\": \"C2/I1\"", "\"grade\": \"I2\"", "\"lanes\": ["})
         QVERIFY2(devices.contains(fact), fact);
@@ -111,8 +113,8 @@ void TestCli::generateWritesTheCoreFiles()
     const QJsonObject result = r.json().object();
     QVERIFY(result.value("ok"_q).toBool() && result.value("synthesisMessage"_q).toString().contains("cpri_top.v"_q));
     const QStringList settings = result.value("serdesSettings"_q).toVariant().toStringList();
-    QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q && settings.contains("q0_refclk0_freq 122.88"_q));
-    QCOMPARE(result.value("synthesisOptions"_q).toVariant().toStringList().size(), 15);
+    QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q && settings.contains("q0_refclk0_freq 122.88"_q)
+            && result.value("synthesisOptions"_q).toArray().size() == 15);
     const QString dir = work.path() + "/cpri_0/temp/cpri"_q;
     QCOMPARE(result.value("files"_q).toVariant().toStringList(),
              QStringList({dir + "/top_define.vh"_q, dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q}));
@@ -130,8 +132,7 @@ void TestCli::generateTakesSeveralRecords()
     const Result several = runHost({"generate"_q, b, a, "--workdir"_q, out});
     QVERIFY2(several.exitCode == 0, several.err.constData());
     const QJsonArray results = several.json().array();
-    QVERIFY(results.size() == 2 && results[0]["record"_q].toString() == b);
-    QCOMPARE(results[1]["files"_q].toVariant().toStringList().first(), out + "/a/temp/cpri/top_define.vh"_q);
+    QVERIFY(results.size() == 2 && results[0]["record"_q] == b && results[1]["files"_q][0] == out + "/a/temp/cpri/top_define.vh"_q);
     QCOMPARE(read(out + "/b/temp/cpri/top_define.vh"_q), QByteArray("`define module_name m_b\n"));
     // One bad record, or two on one core, and no record is written.
     const QString fresh = work.filePath("fresh"_q);
@@ -147,8 +148,7 @@ void TestCli::resourcesOfARecord()
     QCOMPARE(m.value("instanceName"_q).toString(), "cpri_0:cpri_top"_q);
     QCOMPARE(m.value("laneList"_q).toVariant().toStringList() + m.value("pllList"_q).toVariant().toStringList()
                  + m.value("lineRates"_q).toVariant().toStringList(), QStringList({"Q0_LANE1"_q, "Q0_QPLL0"_q, "9.83040"_q}));
-    for (const char *field : {"coreName", "fileValue", "moduleValue", "refClockList", "refFreqList", "auxList1", "auxList2"})
-        QVERIFY2(m.contains(QLatin1String(field)), field);
+    QCOMPARE(m.size(), 11); // with coreName, fileValue, moduleValue, refClockList, refFreqList, auxList1 and 2
 }
 
 void TestCli::refusal_data()
@@ -175,16 +175,13 @@ void TestCli::refusal_data()
     // Texts reach define files and setting lines as they are.
     row("module with a line", changed(R"({"module": "a\n`include \"/etc/passwd\""})"), "\"module\" holds the control character U+000A");
     row("rate with a line", changed(R"({"Line_Rate": "9.83040Gbps\nq0_ln2_enable true"})"), "\"Line_Rate\" holds the control character U+000A");
-    row("swing with a line", changed(R"({"DIFFERENTIAL_SWING": "900mV\r"})"), "U+000D");
     row("file with NUL", changed(R"({"file": "a\u0000b"})"), "\"file\" holds the control character U+0000");
     row("seed with a directive", changed(R"({"Initial_Scrambler_Seed": "0 `include"})"), "does not keep (it would put \"00000000\")");
     // Names as the dialog frame takes them.
     row("empty file name", changed(R"({"file": ""})"), "The file name is empty.");
     row("file name leaves the work dir", changed(R"({"file": "../x"})"), "must be a plain name");
-    row("file name with a blank", changed(R"({"file": "a b"})"), "characters that are not allowed (\" \")");
     row("file name too long", changed("{\"file\": \"" + QByteArray(256, 'x') + "\"}"), "256 bytes long; a folder name holds at most 255");
     row("no module", changed(R"({"module": null})"), "The module name is empty.");
-    row("module no identifier", changed(R"({"module": "9x"})"), "not a legal Verilog identifier");
     row("module a keyword", changed(R"({"module": "always"})"), "is a reserved Verilog keyword");
     // Choices the dialog does not offer.
     row("rate not as written", changed(R"({"Line_Rate": "9.8304Gbps"})"), "\"Line_Rate\" is \"9.8304Gbps\", which the dialog does not offer");
@@ -200,7 +197,6 @@ void TestCli::refusal_data()
     // Fields the dialog keeps in range.
     row("clock not a number", changed(R"({"Config_Clk_Period": "nan"})"), "\"Config_Clk_Period\" is \"nan\", which the dialog does not keep (it would put \"50\")");
     row("clock too fast", changed(R"({"Config_Clk_Period": "151"})"), "\"Config_Clk_Period\" is \"151\"");
-    row("clock zero", changed(R"({"Config_Clk_Period": "0"})"), "\"Config_Clk_Period\" is \"0\"");
     row("seed too high", changed(R"({"Initial_Scrambler_Seed": "80000000"})"), "\"Initial_Scrambler_Seed\" is \"80000000\"");
     row("seed too short", changed(R"({"Initial_Scrambler_Seed": "1F"})"), "\"Initial_Scrambler_Seed\" is \"1F\"");
     row("HDLC rate", changed(R"({"Initial_HDLC_Rate": "8"})"), "it would put \"2\"");
@@ -226,12 +222,29 @@ void TestCli::refusal()
     QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(work));
 }
 
+// The check cpri-host applies to the setting lines the plug-in made: one bad line each.
+void TestCli::settingLinesAsTheGeneratorJudgesThem()
+{
+    const QStringList good{"q0_ln1_pll_sel qpll0"_q, "q0_ln1_tx_rate 9.83040"_q, "q0_refclk0_freq 122.88"_q};
+    const QVector<QPair<QString, QString>> bad = {
+        {"q0_ln1_rx_eq_mode "_q, "Malformed setting line \"q0_ln1_rx_eq_mode \""_q},
+        {"q0_ln2_enable true\nq0_x 1"_q, "Malformed setting line \"q0_ln2_enable true\nq0_x 1\""_q},
+        {"Q0_x 1"_q, "Malformed setting line \"Q0_x 1\""_q},
+        {"q0_ln1_tx_rate nan"_q, "Line rate \"nan\" of q0_ln1_tx_rate is not a number"_q},
+        {"q0_ln1_pll_sel qpll9"_q, "Unknown PLL \"qpll9\" for q0_ln1"_q},
+        {"mclk_freq 0"_q, "No reference clock frequency is set"_q},
+    };
+    QVERIFY(IPSERDESIP::generator::checkSettings(good).isEmpty());
+    QCOMPARE(IPSERDESIP::generator::checkSettings(good.mid(1)), QStringList{"No lane selects a PLL"_q});
+    for (const auto &row : bad)
+        QCOMPARE(IPSERDESIP::generator::checkSettings(good + QStringList{row.first}), QStringList{row.second});
+}
+
 void TestCli::dialogEditAndAcceptKeepsTheRecord()
 {
     QTemporaryDir dir;
     const QString out = dir.filePath("accepted.json"_q);
-    const Result r = runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--out"_q, out,
-                              "--workdir"_q, dir.path()});
+    const Result r = runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--out"_q, out, "--workdir"_q, dir.path()});
     const QJsonObject original = QJsonDocument::fromJson(read(Example)).object();
     QVERIFY2(r.exitCode == 0 && r.json().object() == original, r.err.constData());
     QCOMPARE(QJsonDocument::fromJson(read(out)).object(), original);

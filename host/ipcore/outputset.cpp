@@ -203,7 +203,6 @@ void OutputSet::Private::discard()
     for (QString dir = QFileInfo(folder).path(); QDir().rmdir(dir) && dir != createdTop;
          dir = QFileInfo(dir).path()) {
     }
-    createdTop.clear();
 }
 
 OutputSet::OutputSet() : d(std::make_unique<Private>())
