@@ -23,10 +23,10 @@ private slots:
     void descriptorFormat()
     {
         QTemporaryDir dir;
-        QVERIFY(write(dir.filePath("a"), {"# c", "", " ipcore.id = a \u00b5 ", "ipcore.l += x", "ipcore.l +=y", "ipcore.e ="}));
+        QVERIFY(write(dir.filePath("a"), {"# c", "", " ipcore.id = a \u00b5 ", "ipcore.l += x", "ipcore.l +=y", "e="}));
         const QMap<QString, QVariant> info = processIPInfoSpec(dir.filePath("a"));
         QVERIFY(info.value("ipcore.id") == "a \u00b5" && info.value("ipcore.l") == QStringList({"x", "y"}));
-        QVERIFY(info.contains("ipcore.e") && !checkCommonInfo(info) && processIPInfoSpec("").isEmpty());
+        QVERIFY(info.contains("e") && !checkCommonInfo(info) && processIPInfoSpec("").isEmpty());
         for (const char *bad : {"no value", " = x", " += x"}) // syntax errors
             QVERIFY(write(dir.filePath("b"), {"ipcore.id = a", bad}) && processIPInfoSpec(dir.filePath("b")).isEmpty());
         const DEV::DeviceArg d("D-1-x", "D-1", "C1");
@@ -40,21 +40,20 @@ private slots:
         QVERIFY(generateFile(dir.filePath("o"), {"a", "\u00b5"}, nullptr, "h\ni"));
         QVERIFY(read(dir.filePath("o")) == "// h\n// i\na\n\xc2\xb5\n" && writtenFiles() == QStringList{dir.filePath("o")});
         QVERIFY(QDir().mkpath(dir.filePath("b")) && !write(dir.filePath("b"), {"x"}) && entries(dir.path()).size() == 2);
-        QVERIFY(lastError().startsWith("cannot write " + dir.filePath("b") + ": ") && !makeDirs("", "c")
+        QVERIFY(lastError() == "cannot write " + dir.filePath("b") + ": " + strerror(EISDIR) && !makeDirs("", "c")
                 && lastError() == "c: no output directory given");
     }
 
     void outputSetClearsWhatKilledRunsLeftAndReplacesAtCommit()
     {
         QTemporaryDir tmp;
-        const QString temp = tmp.path() + "/core/temp", dir = temp + "/cpri";
+        const QString temp = tmp.path() + "/core/temp", dir = temp + "/cpri", old = temp + "/.cpri.old-1";
         for (const char *name : {"/a", "/c", "/s/b", "/a.part-1"})
-            QVERIFY(QDir().mkpath(dir + "/s") && write(dir + name, {name}));
-        QVERIFY(QDir().rename(dir, temp + "/.cpri.old-1") && QDir().mkpath(temp + "/.cpri.new-2/x"));
+            QVERIFY(QDir().mkpath(old + "/s") && QDir().mkpath(temp + "/.cpri.new-2/x") && write(old + name, {name}));
         OutputSet set;
         QVERIFY(makeDirs(dir, "c") && makeDirs(dir, "c") && write(dir + "/a", {"new"}));
         QVERIFY(write(tmp.path() + "/e", {"now"}) && read(dir + "/a") + read(tmp.path() + "/e") == "/a\nnow\n");
-        QVERIFY(set.files() == QStringList{dir + "/a"} && set.folder() == dir && set.commit());
+        QVERIFY(set.files() == QStringList{dir + "/a"} && set.folder() == dir && entries(temp)[0] == ".cpri.lock" && set.commit());
         QCOMPARE(entries(dir) + entries(temp) << read(dir + "/a") + read(dir + "/c") + read(dir + "/s/b"),
                  QStringList({"a", "c", "s", "cpri", "new\n/c\n/s/b\n"}));
     }
@@ -65,14 +64,15 @@ private slots:
         const QString dir = tmp.path() + "/w/core/temp/cpri";
         for (bool commit : {false, true}) { // a commit fails when the staging folder went away
             OutputSet set;
-            QVERIFY(makeDirs(dir, "c") && write(dir + "/a.vh", {"x"}));
+            QVERIFY(OutputSet().commit() && makeDirs(dir, "c") && write(dir + "/a.vh", {"x"})); // the first set names no folder
             QDir staging(QString("%1/.cpri.new-%2").arg(QFileInfo(dir).path()).arg(QCoreApplication::applicationPid()));
-            QVERIFY(commit ? staging.removeRecursively() && !set.commit() && set.files().isEmpty() : (set.abort(), true));
+            QVERIFY(commit ? staging.removeRecursively() && !set.commit() && set.files().isEmpty()
+                                 && lastError().endsWith(QString(" to ") + dir + ": " + strerror(ENOENT)) : (set.abort(), true));
             QCOMPARE(entries(tmp.path()), QStringList());
         }
         OutputSet set; // a folder that cannot be made
-        QVERIFY(write(tmp.path() + "/w", {"x"}) && !makeDirs(dir, "c") && lastError().contains("cannot create"));
-        QVERIFY(!set.commit() && OutputSet().commit()); // the second set named no folder
+        QVERIFY(write(tmp.path() + "/w", {"x"}) && !makeDirs(dir, "c") && !set.commit());
+        QCOMPARE(lastError(), "c: cannot create directory " + QFileInfo(dir).path());
     }
 
     void folderReplacementInOneOrTwoSteps()
@@ -81,7 +81,7 @@ private slots:
             QTemporaryDir tmp;
             QVERIFY(QDir::setCurrent(tmp.path()) && QDir().mkpath("s/x") && write("s/f", {"new"}) && QDir().mkpath("t"));
             QVERIFY(!Internal::replaceFolder("s", "none", "o", exchange) && lastError() == "cannot move none aside: " + QString(strerror(ENOENT)));
-            QVERIFY(!Internal::replaceFolder("none", "t", "o", exchange) && lastError().startsWith("cannot move none to t: "));
+            QVERIFY(!Internal::replaceFolder("none", "t", "o", exchange) && lastError() == "cannot move none to t: " + QString(strerror(ENOENT)));
             QVERIFY(Internal::replaceFolder("s", "t", "o", exchange) && entries(".") == QStringList{"t"});
             QCOMPARE(entries("t") << read("t/f"), QStringList({"f", "x", "new\n"}));
         }

@@ -89,7 +89,8 @@ private slots:
         }
         QVERIFY(keywords == 123 && candidates.size() > 300); // the token names were found
         QCOMPARE(moduleNameProblem("wire"), QString("The module name \"wire\" is a reserved Verilog keyword."));
-        QVERIFY(moduleNameProblem("a\nb").contains("\"a<U+000A>b\" is not a legal Verilog identifier"));
+        QVERIFY(moduleNameProblem("a\nb").contains("\"a<U+000A>b\" is not a legal Verilog identifier")
+                && moduleNameProblem("a\nb").endsWith(" letters, digits, \"_\" and \"$\"."));
     }
 };
 
