@@ -9,7 +9,6 @@
 #include <QVector>
 
 #include <algorithm>
-#include <cctype>
 #include <functional>
 
 namespace CpriHost {
@@ -61,7 +60,8 @@ QStringList lineRates()
 
 bool isHexDigit(QChar c)
 {
-    return isxdigit(c.unicode()) && c.unicode() < 0x80;
+    const ushort u = c.unicode();
+    return (u >= '0' && u <= '9') || (u >= 'a' && u <= 'f') || (u >= 'A' && u <= 'F');
 }
 
 bool isDigit(QChar c)
