@@ -14,10 +14,11 @@ namespace IPCore {
 // folder, and then:
 //
 //  - makeDirs locks the folder (with the file ".NAME.lock" beside it, NAME
-//    being the folder's name), waiting while another set, of this or another
-//    process, holds it;
-//    restores or removes what interrupted sets left beside the folder; and
-//    prepares a staging folder beside it that holds the folder's other files;
+//    being the folder's name), waiting while a set of another process holds
+//    it; restores or removes what interrupted sets left beside the folder;
+//    and prepares a staging folder beside it that holds the folder's other
+//    files (a folder that an open set of this process holds already is
+//    simply ready);
 //  - generateFile writes the files of the folder into the staging folder;
 //  - commit() puts the staging folder in the place of the folder in one
 //    step and removes the old one; abort(), or the end of a set not
