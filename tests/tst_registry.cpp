@@ -189,18 +189,18 @@ void TestRegistry::projectSetUp()
     reg()->setWorkingDir(str("/w"));
     QVERIFY(reg()->workingDir() == str("/w") && reg()->notOccupiedLanes().size() == 8);
     reg()->setDevice(Core::IdeCore::deviceDataBase()->findDevice(str("DVA-1-C2I1")));
-    QVERIFY(reg()->occupyLane(str("Q0 Lane1")) && !reg()->occupyLane(str("Q1 Lane0")));
+    QVERIFY(reg()->occupyLane(str("Q0 Lane1")) && !reg()->occupyLane(str("Q1 Lane0")) && !reg()->occupyLane({}));
     QCOMPARE(reg()->notOccupiedLanes(), texts(str("Q0 Lane0|Q0 Lane2|Q0 Lane3")));
     for (const char *access : {"Q1_LANE0_RX", "Q0_LANE0_XX", "Q0_LANE4_RX", "Q0_LANE0"})
         QVERIFY2(!reg()->checkAccess(str("q0_refclk0"), str(access)), access);
-    QVERIFY(reg()->checkAccess(str("q0_refclk0"), str("Q0_LANE0_TX")) && !reg()->FormStringToREFSPtr(str("x")));
+    using namespace IPSERDESIP;
     QStringList names;
-    for (const char *ref : {"Q1 REFCLK2", "Q0 REFIN2", "Q0 REFIN", "MCLK", "Q0 REFCLK4"})
-        names << IPSERDESIP::FromRefOptionToRef(str(ref)) << IPSERDESIP::refsrcOptTransforSerdesName(str(ref));
-    QCOMPARE(names, texts(str("Q1_REFCLK2|q1_refclk2|Q0_REFIN2|q0_gpio2|Q0_REFIN|q0_gpio|MCLK|mclk||")));
-    QString synthesis; // a host without synthesis tool only looks for the sources
-    QVERIFY(IPSERDESIP::waitForRunSyntheSis({}, {}, {}, {}, str("c"), synthesis, nullptr)
-            && synthesis.contains(str("c for no device")));
+    for (const char *ref : {"Q1 REFCLK2", "Q0 REFIN0", "Q0 REFIN", "MCLK", "Q2 REFCLK0", "Q0 REFCLK4", "Q0 REFIN4"})
+        names << FromRefOptionToRef(str(ref)) << refsrcOptTransforSerdesName(str(ref));
+    QCOMPARE(names, texts(str("Q1_REFCLK2|q1_refclk2|Q0_REFIN0|q0_gpio0|Q0_REFIN|q0_gpio|MCLK|mclk||||||")));
+    QString message; // a host without synthesis tool only looks for the sources
+    QVERIFY(waitForRunSyntheSis({}, {}, {}, {}, str("c"), message, nullptr) && message.contains(str("no device")));
+    QVERIFY(!waitForRunSyntheSis({}, {}, {}, texts(str("a|b")), str("c"), message, nullptr) && message.contains(str("a, b")));
     reg()->reset();
     QVERIFY(reg()->device().isNull() && reg()->workingDir() == QDir::currentPath());
 }
@@ -218,12 +218,12 @@ void TestRegistry::dividerSearchReachesEveryRate()
 {
     using namespace IPSERDESIP::Internal;
     for (double rate : {0.6144, 1.2288, 2.4576, 3.072, 4.9152, 6.144, 9.8304, 8.11008, 10.1376, 12.16512}) {
-        for (const char *name : {"QPLL0", "QPLL1"}) {
-            const PllType *type = pllType(str(name));
+        for (const PllType *type : {pllType(str("QPLL0")), pllType(str("QPLL1"))}) {
             for (double ref : {122.88, 245.76}) {
                 const std::optional<PllSetting> s = findSetting(*type, ref, rate);
-                QVERIFY2(s, qPrintable(QStringLiteral("%1 %2 %3").arg(str(name)).arg(rate).arg(ref)));
-                QVERIFY(qFuzzyCompare(ref * s->n / s->m / 1000.0, s->vcoGHz) && qFuzzyCompare(s->vcoGHz / s->d, rate));
+                QVERIFY2(s, qPrintable(QStringLiteral("%1 %2 %3").arg(type->name).arg(rate).arg(ref)));
+                QVERIFY(qFuzzyCompare(ref * s->n / s->m / 1000.0, s->vcoGHz) && qFuzzyCompare(s->vcoGHz / s->d, rate)
+                        && (s->d & (s->d - 1)) == 0); // output dividers are powers of two
                 QVERIFY(type->vcoMinGHz <= s->vcoGHz && s->vcoGHz <= type->vcoMaxGHz && producesRate(*type, s->vcoGHz, rate)
                         && !producesRate(*type, s->vcoGHz, rate * 1.001));
                 QCOMPARE(vcoForRate(*type, rate), std::optional<double>(s->vcoGHz));

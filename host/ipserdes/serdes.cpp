@@ -485,7 +485,8 @@ bool serdes::occupyLane(const QString &laneDisplayName)
 {
     Holding lane;
     lane.laneKey = laneKeyOf(laneDisplayName);
-    return laneDisplayOf(lane.laneKey) == laneDisplayName && place(lane, std::nullopt, nullptr);
+    return quadOfLaneKey(lane.laneKey) >= 0 && laneDisplayOf(lane.laneKey) == laneDisplayName
+           && place(lane, std::nullopt, nullptr);
 }
 
 bool serdes::enablePll(const QString &pllKey, double lineRateGbps)
