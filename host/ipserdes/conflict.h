@@ -11,7 +11,8 @@ struct Conflict
     enum Kind {
         None,
         Lane,           // the lane is held by another core or route
-        Pll,            // the PLL runs for another core at a VCO or from a reference that do not fit
+        Pll,            // the PLL cannot serve the lane, or runs at a VCO or from a reference
+                        // that do not fit
         ReferenceClock, // the reference runs at another frequency or does not reach the lane
         QuadBias,       // the quad's shared bias is fixed to another value
         Unknown,        // no such lane, PLL, reference clock or shared value on this device

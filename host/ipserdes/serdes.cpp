@@ -31,7 +31,8 @@ const QString LaneHeld = QStringLiteral("lane %1 is held by %2");
 const QString RefUnknown = QStringLiteral("reference clock \"%1\" does not exist");
 const QString RefUnreachable = QStringLiteral("reference clock %1 does not reach lane %2");
 const QString RefNoFrequency = QStringLiteral("reference clock %1 cannot run at %2 MHz");
-const QString RefFrequency = QStringLiteral("reference clock %1 is set to %2 MHz by %3, not %4 MHz");
+const QString RefFrequency =
+    QStringLiteral("reference clock %1 is set to %2 MHz by %3, not %4 MHz");
 const QString PllUnknown = QStringLiteral("PLL \"%1\" does not exist");
 const QString PllNotForLane = QStringLiteral("PLL %1 cannot clock lane %2");
 const QString PllReference = QStringLiteral("PLL %1 is fed from %2 by %3, not from %4");
@@ -302,8 +303,11 @@ bool serdes::placeEntry(const QString &holder, const QString &laneKey, const QSt
     if (!clock)
         return refuse(conflict, Conflict::Unknown, refRoutingName, {},
                       RefUnknown.arg(refRoutingName));
-    return place(Holding{holder, laneKey, pllKey, 0.0, clock, refMHz.toDouble(), holder == PendingRoute},
-                 lineRateGbps, conflict);
+    Holding holding{holder, laneKey, pllKey};
+    holding.ref = clock;
+    holding.refMHz = refMHz.toDouble();
+    holding.pending = holder == PendingRoute;
+    return place(holding, lineRateGbps, conflict);
 }
 
 bool serdes::place(Holding holding, std::optional<double> lineRateGbps, Conflict *conflict)
@@ -324,7 +328,9 @@ bool serdes::checkLane(const Holding &holding, Conflict *conflict) const
         return refuse(conflict, Conflict::Unknown, lane, {},
                       LaneNotOnDevice.arg(lane, m_device.isNull() ? QStringLiteral("(none)")
                                                                    : m_device.id()));
-    if (const Holding *other = firstWhere(m_holdings, [&](const Holding &h) { return h.laneKey == lane; }))
+    const Holding *other =
+        firstWhere(m_holdings, [&](const Holding &h) { return h.laneKey == lane; });
+    if (other)
         return refuse(conflict, Conflict::Lane, lane, other->holder,
                       LaneHeld.arg(lane, holderText(other->holder)));
     return true;
@@ -341,7 +347,8 @@ bool serdes::checkReference(const Holding &holding, Conflict *conflict) const
     if (!(holding.refMHz > 0.0))
         return refuse(conflict, Conflict::ReferenceClock, name, {},
                       RefNoFrequency.arg(name, number(holding.refMHz)));
-    const Holding *user = firstWhere(m_holdings, [&](const Holding &h) { return h.ref == holding.ref; });
+    const Holding *user =
+        firstWhere(m_holdings, [&](const Holding &h) { return h.ref == holding.ref; });
     if (user && user->refMHz != holding.refMHz)
         return refuse(conflict, Conflict::ReferenceClock, name, user->holder,
                       RefFrequency.arg(name, number(user->refMHz), holderText(user->holder),
@@ -349,7 +356,8 @@ bool serdes::checkReference(const Holding &holding, Conflict *conflict) const
     return true;
 }
 
-bool serdes::checkPll(Holding &holding, std::optional<double> lineRateGbps, Conflict *conflict) const
+bool serdes::checkPll(Holding &holding, std::optional<double> lineRateGbps,
+                      Conflict *conflict) const
 {
     const QString &pll = holding.pllKey;
     if (pll.isEmpty())
@@ -447,7 +455,8 @@ QStringList serdes::users(const QString &resource) const
 {
     QStringList holders = m_sharedHolders.value(resource);
     for (const Holding &h : qAsConst(m_holdings)) {
-        if (h.laneKey == resource || h.pllKey == resource || (h.ref && h.ref->routingName == resource))
+        const bool usesRef = h.ref && h.ref->routingName == resource;
+        if (h.laneKey == resource || h.pllKey == resource || usesRef)
             holders << h.holder;
     }
     return holders;
