@@ -1,310 +1,260 @@
-// The dialog shell, its preparation for a device and the create and edit
-// flows of the protocol object.
+// The dialog shell and its forms as the user first sees them, for a new
+// core and for a loaded one, and the loading of saved records.
 
 #include "dialogfixture.h"
 
-#include <plugin/cpri.h>
-
-#include <QGroupBox>
 #include <QMetaMethod>
-#include <QRegExpValidator>
 #include <QTabWidget>
-#include <QTest>
 
-using namespace IPCPRI;
+namespace {
+
+// What a user or the collect step depends on after the dialog is
+// prepared for a DVA-1 device: the look of each named widget (see look()),
+// and where a record holding only its version loads something else.
+const struct
+{
+    const char *name, *created, *loaded;
+} InitialLook[] = {
+    {"coreLabel", "CPRI (Common Public Radio Interface) Link Core", nullptr},
+    {"fileNameEdit", "cpri_0", nullptr},
+    {"moduleNameEdit", "cpri_top", nullptr},
+    {"languageCombo", "Verilog|VHDL@Verilog", nullptr},
+    {"synthesisToolCombo", "Built-in|Third-party@Built-in", nullptr},
+    {"speedSel3072", "3.072G and Under", nullptr},
+    {"speedSel6144", "6.144G and Under", nullptr},
+    {"speedSel98304", "9.8304G and Under", nullptr},
+    {"speedSel101376", "10.1376G and Under", nullptr},
+    {"speedSel1216512", "12.16512G and Under", nullptr},
+    {"speedEnable06144", "0.6144Gbps-", nullptr},
+    {"speedEnable12288", "1.2288Gbps", nullptr},
+    {"speedEnable24576", "2.4576Gbps", nullptr},
+    {"speedEnable3072", "3.072Gbps", nullptr},
+    {"speedEnable49152", "4.9152Gbps", nullptr},
+    {"speedEnable6144", "6.144Gbps", nullptr},
+    {"speedEnable98304", "9.8304Gbps", nullptr},
+    {"speedEnable811008", "8.11008Gbps", nullptr},
+    {"speedEnable101376", "10.1376Gbps", nullptr},
+    {"speedEnable1216512", "12.16512Gbps", nullptr},
+    {"Master", "Master*-", nullptr},
+    {"Slave", "Slave-", nullptr},
+    {"MII", "MII*", nullptr},
+    {"GMII", "GMII", nullptr},
+    {"FixedConfigEnable", "Fixed Config Enable", nullptr},
+    {"ConfigClkPeriod", "50", nullptr},
+    {"RealTimeVendor", "Real Time Vendor -", nullptr},
+    {"ProtocolVersion1", "1*", nullptr},
+    {"ProtocolVersion2", "2", nullptr},
+    {"EthernetPointer", "14", "00"},
+    {"HDLCRate", "2", "0"},
+    {"ScramblerSeed", "00000000", nullptr},
+    {"HDLCByte", "0-", nullptr},
+    {"HDLCMask", "0000-", nullptr},
+    {"ChannelSel", "Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3@Q0 Lane0", nullptr},
+    {"LoopbackMode", "OFF|LB_NES|LB_FES|LB_ENC@OFF", nullptr},
+    {"lineRate", "0Gbps-", "4.9152-"},
+    {"refClkSource", "Q0 REFCLK0|Q0 REFCLK1|Q0 REFCLK2|Q0 REFCLK3|Q0 REFIN0|Q0 REFIN1@Q0 REFCLK0", nullptr},
+    {"refClkFreq", "122.880", nullptr},
+    {"PLL_Selection", "QPLL0|QPLL1|CPLL@QPLL0", nullptr},
+    {"groupBoxEncodingAndDecoding", "Encoding and Decoding-^", nullptr},
+    {"comboBox64B_66B_Mode", "SerDes|Fabric@SerDes-", nullptr},
+    {"Calculate", "Calculate", nullptr},
+    {"differeSwingComboBox", "180mV|228mV|276mV|324mV|372mV|420mV|468mV|516mV|564mV|612mV|"
+                             "660mV|708mV|756mV|804mV|852mV|900mV@900mV", nullptr},
+    {"ffeModeCombox", "Auto|Manual@Auto", nullptr},
+    {"cmSpinBox", "0..19=0-", nullptr},
+    {"IPCPRI__afe_config/label", "(0~19)-", nullptr},
+    {"c0Lael", "40", nullptr},
+    {"IPCPRI__afe_config/label_3", "(21~40)", nullptr},
+    {"c1SpinBox", "0..19=0-", nullptr},
+    {"IPCPRI__afe_config/label_2", "(0~19)-", nullptr},
+    {"sdThresholdComboBox", "25mV|50mV|75mV|100mV|125mV|150mV|175mV|200mV@100mV", nullptr},
+    {"equalizationModeCombox", "Auto|Manual@Auto", nullptr},
+    {"attSpinBox", "0..10=7-", nullptr},
+    {"IPCPRI__afe_config/label_14", "(0~10)-", nullptr},
+    {"boostSpinBox", "0..15=9-", nullptr},
+    {"IPCPRI__afe_config/label_15", "(0~15)-", nullptr},
+    {"biasSpinBox", "0..15=7", nullptr},
+    {"checkBoxLoopBackPorts", "Loopback Ports", nullptr},
+    {"checkBoxDRPPort", "DRP Ports", nullptr},
+    {"IPCPRI__opt_config/groupBox", "TX Ports ^", nullptr},
+    {"checkBoxPPGP", "PRBS Pattern Generator Ports", nullptr},
+    {"checkBoxDifferSwingPorts", "Differential Swing Ports", nullptr},
+    {"checkBoxFFEPorts", "FFE Ports", nullptr},
+    {"IPCPRI__opt_config/groupBox_2", "RX Ports ^", nullptr},
+    {"checkBoxPPCP", "PRBS Pattern Checker Ports", nullptr},
+    {"checkBoxEqualizationPorts", "Equalization Ports", nullptr},
+    {"checkBoxBIASPorts", "BIAS Ports", nullptr},
+};
+
+QStringList looks(QObject *d, const QStringList &names)
+{
+    QStringList list;
+    for (const QString &name : names)
+        list << name + QLatin1Char(' ') + look(w(d, name));
+    return list;
+}
+
+QStringList pinNames(const cpridlg &d)
+{
+    QStringList names;
+    for (const Utils::PinFigure &pin : d.figurePins())
+        names << pin.name;
+    return names;
+}
+
+} // namespace
 
 class TestDialog : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void emptyDescriptorGivesEmptyFrame();
     void slotTable();
-    void prepareForDevice_data();
-    void prepareForDevice();
-    void fixedListsAndModes();
-    void inputRules_data();
-    void inputRules();
-    void noFreeLaneLeavesOnlyCpll();
-    void createCancelledGivesEmptyRecord();
-    void createAcceptedGivesTheCollectedRecord();
-    void refusedRecordNeverShowsTheDialog();
-    void successiveDialogsShareNothing();
+    void initialLook_data();
+    void initialLook();
+    void preparedForTheDevice_data();
+    void preparedForTheDevice();
+    void onlyVersionOneLoads_data();
+    void onlyVersionOneLoads();
+    void loadingRunsTheWiredSlotsOnly();
 };
-
-void TestDialog::emptyDescriptorGivesEmptyFrame()
-{
-    Project project;
-    auto dialog = project.newDialog({});
-    QCOMPARE(dialog->fileName(), QString());
-    QCOMPARE(dialog->moduleName(), QString());
-    auto *tabs = dialog->findChild<QTabWidget *>();
-    QVERIFY(tabs);
-    QStringList names;
-    for (int i = 0; i < tabs->count(); ++i)
-        names << tabs->tabText(i);
-    QCOMPARE(names, QStringList({QStringLiteral("CPRI Core Configuration"),
-                                 QStringLiteral("PHY Configuration"),
-                                 QStringLiteral("AFE Configuration"),
-                                 QStringLiteral("Optional Ports Configuration")}));
-    CpriDialogProbe probe(dialog.get());
-    QVERIFY(!probe.hasGenerator());
-
-    auto full = project.newDialog();
-    QCOMPARE(full->fileName(), QStringLiteral("cpri_0"));
-    QCOMPARE(full->moduleName(), QStringLiteral("cpri_top"));
-}
 
 void TestDialog::slotTable()
 {
-    const QStringList expected = {
-        QStringLiteral("accept()"), QStringLiteral("refreshFigure()"),
-        QStringLiteral("updatedRefClkFreq()"), QStringLiteral("updatePLLSel()"),
-        QStringLiteral("updateLaneConect()"), QStringLiteral("checkSpeedEnable()"),
-        QStringLiteral("updateRealTimeVendor()"), QStringLiteral("updateEncodingAndDecoding()"),
-        QStringLiteral("checkClkPeriod()"), QStringLiteral("checkRefClkFreq()"),
-        QStringLiteral("onButtonCalculateClicked(bool)"), QStringLiteral("onButtonCalculateClicked()"),
-        QStringLiteral("checkLineEditInPut()"), QStringLiteral("updatedSpeedEnable()"),
-        QStringLiteral("calculateFFE_C0()"), QStringLiteral("onFFEModeChanged()"),
-        QStringLiteral("onEqualizationModeChanged()"), QStringLiteral("resetFlagforBias()"),
-        QStringLiteral("updateBiasDefaultValue()"),
-    };
+    const QStringList table = {
+        "accept()", "refreshFigure()", "updatedRefClkFreq()", "updatePLLSel()", "updateLaneConect()",
+        "int checkSpeedEnable()", "updateRealTimeVendor()", "updateEncodingAndDecoding()",
+        "checkClkPeriod()", "checkRefClkFreq()", "bool onButtonCalculateClicked(bool)",
+        "bool onButtonCalculateClicked()", "checkLineEditInPut()", "updatedSpeedEnable()",
+        "bool calculateFFE_C0()", "onFFEModeChanged()", "onEqualizationModeChanged()",
+        "resetFlagforBias()", "updateBiasDefaultValue()"};
     const QMetaObject &meta = cpridlg::staticMetaObject;
-    QCOMPARE(QString::fromLatin1(meta.className()), QStringLiteral("IPCPRI::cpridlg"));
-    QCOMPARE(meta.methodCount() - meta.methodOffset(), expected.size());
-    for (int i = 0; i < expected.size(); ++i) {
-        const QMetaMethod method = meta.method(meta.methodOffset() + i);
-        QCOMPARE(QString::fromLatin1(method.methodSignature()), expected.at(i));
-        QCOMPARE(method.methodType(), QMetaMethod::Slot);
-        QCOMPARE(method.access(), i == 0 ? QMetaMethod::Public : QMetaMethod::Private);
+    QCOMPARE(meta.className(), "IPCPRI::cpridlg");
+    QStringList seen;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod m = meta.method(i);
+        QCOMPARE(m.methodType(), QMetaMethod::Slot);
+        QCOMPARE(m.access(), i == meta.methodOffset() ? QMetaMethod::Public : QMetaMethod::Private);
+        const QString result = QString::fromLatin1(m.typeName());
+        seen << (result == "void" ? QString() : result + ' ') + m.methodSignature();
     }
-    const auto returns = [&](int i) {
-        return QString::fromLatin1(meta.method(meta.methodOffset() + i).typeName());
-    };
-    QCOMPARE(returns(5), QStringLiteral("int"));
-    QCOMPARE(returns(10), QStringLiteral("bool"));
-    QCOMPARE(returns(11), QStringLiteral("bool"));
-    QCOMPARE(returns(14), QStringLiteral("bool"));
+    QCOMPARE(seen, table);
     QCOMPARE(meta.propertyCount(), meta.propertyOffset());
 }
 
-void TestDialog::prepareForDevice_data()
+void TestDialog::initialLook_data()
+{
+    QTest::addColumn<bool>("opened");
+    QTest::newRow("created") << false;
+    QTest::newRow("opened from a version alone") << true;
+}
+
+void TestDialog::initialLook()
+{
+    QFETCH(bool, opened);
+    Project p;
+    auto d = opened ? p.open(parse("version=1.0")) : p.create();
+    QStringList names, want;
+    for (const auto &row : InitialLook) {
+        names << row.name;
+        want << QString(row.name) + ' ' + (opened && row.loaded ? row.loaded : row.created);
+    }
+    QCOMPARE(looks(d.get(), names), want);
+    auto *tabs = w<QTabWidget>(d.get(), "tabWidget");
+    QCOMPARE(tabs->count(), 4);
+    QCOMPARE(QStringList({tabs->tabText(0), tabs->tabText(1), tabs->tabText(2), tabs->tabText(3)}),
+             QStringList({"CPRI Core Configuration", "PHY Configuration", "AFE Configuration",
+                          "Optional Ports Configuration"}));
+    QCOMPARE(w<QLabel>(d.get(), "createPathLabel")->text(), p.work.path() + "/cpri_0");
+    QCOMPARE(Probe(d.get()).biasFlag(), 0);
+}
+
+void TestDialog::preparedForTheDevice_data()
 {
     QTest::addColumn<QString>("device");
-    QTest::addColumn<QStringList>("sources");
-    QTest::addColumn<bool>("topRates");
-    QTest::addColumn<QStringList>("lanes");
-    const QStringList quad0 = {QStringLiteral("Q0 Lane0"), QStringLiteral("Q0 Lane1"),
-                               QStringLiteral("Q0 Lane2"), QStringLiteral("Q0 Lane3")};
-    const QStringList quads = quad0 + QStringList{QStringLiteral("Q1 Lane0"), QStringLiteral("Q1 Lane1"),
-                                                  QStringLiteral("Q1 Lane2"), QStringLiteral("Q1 Lane3")};
-    QTest::newRow("first family, top grade")
-        << "DVA-1-C2I1"
-        << QStringList{QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"), QStringLiteral("Q0 REFCLK2"),
-                       QStringLiteral("Q0 REFCLK3"), QStringLiteral("Q0 REFIN0"), QStringLiteral("Q0 REFIN1")}
-        << true << quad0;
-    QTest::newRow("second family, other grade")
-        << "DVB-4-C1"
-        << QStringList{QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"), QStringLiteral("Q0 REFIN"),
-                       QStringLiteral("MCLK")}
-        << false << quads;
-    QTest::newRow("other device")
-        << "DVC-1-C2I1"
-        << QStringList{QStringLiteral("Q0 REFCLK0"), QStringLiteral("Q0 REFCLK1"), QStringLiteral("Q1 REFCLK0"),
-                       QStringLiteral("Q1 REFCLK1")}
-        << true << quads;
+    QTest::addColumn<QString>("setup");
+    QTest::addColumn<QStringList>("expected");
+    const QString q0 = "Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3", q1 = "|Q1 Lane0|Q1 Lane1|Q1 Lane2|Q1 Lane3",
+                  plls = "PLL_Selection QPLL0|QPLL1|CPLL@QPLL0";
+    QTest::newRow("first family") << "DVA-1-C2I1" << ""
+        << QStringList{"ChannelSel " + q0 + "@Q0 Lane0", plls, "refClkFreq 122.880", "biasSpinBox 0..15=7",
+                       "refClkSource Q0 REFCLK0|Q0 REFCLK1|Q0 REFCLK2|Q0 REFCLK3|Q0 REFIN0|Q0 REFIN1@Q0 REFCLK0"};
+    QTest::newRow("second family") << "DVB-4-C1" << "data:Q0_BIAS:3"
+        << QStringList{"ChannelSel " + q0 + q1 + "@Q0 Lane0", plls, "refClkFreq 122.880",
+                       "biasSpinBox 0..15=3", "refClkSource Q0 REFCLK0|Q0 REFCLK1|Q0 REFIN|MCLK@Q0 REFCLK0"};
+    QTest::newRow("other device") << "DVC-1-C2I1" << "ref:Q0 REFCLK0:100:1;full"
+        << QStringList{"ChannelSel @", "PLL_Selection CPLL@CPLL", "refClkFreq 100-", "biasSpinBox 0..15=7",
+                       "refClkSource Q0 REFCLK0|Q0 REFCLK1|Q1 REFCLK0|Q1 REFCLK1@Q0 REFCLK0"};
 }
 
-void TestDialog::prepareForDevice()
+// Lanes from the registry, the device's reference clocks (item data is
+// the index), the PLLs, the source's frequency and the quad's bias.
+void TestDialog::preparedForTheDevice()
 {
     QFETCH(QString, device);
-    QFETCH(QStringList, sources);
-    QFETCH(bool, topRates);
-    QFETCH(QStringList, lanes);
-    Project project(device);
-    auto d = project.newDialog();
-    QCOMPARE(items(combo(d.get(), "refClkSource")), sources);
-    QCOMPARE(combo(d.get(), "refClkSource")->currentText(), QStringLiteral("Q0 REFCLK0"));
-    QCOMPARE(combo(d.get(), "refClkSource")->itemData(2).toInt(), 2);
-    QVERIFY(!box(d.get(), "speedEnable06144")->isEnabled());
-    QVERIFY(box(d.get(), "speedEnable811008")->isEnabled());
-    QCOMPARE(box(d.get(), "speedEnable101376")->isEnabled(), topRates);
-    QCOMPARE(box(d.get(), "speedEnable1216512")->isEnabled(), topRates);
-    QCOMPARE(items(combo(d.get(), "ChannelSel")), lanes);
-    QCOMPARE(CpriDialogProbe(d.get()).freeLaneCount(), lanes.size());
-    QCOMPARE(items(combo(d.get(), "PLL_Selection")),
-             QStringList({QStringLiteral("QPLL0"), QStringLiteral("QPLL1"), QStringLiteral("CPLL")}));
-    QCOMPARE(edit(d.get(), "lineRate")->text(), QStringLiteral("0Gbps"));
-    QVERIFY(!edit(d.get(), "lineRate")->isEnabled());
-    QCOMPARE(edit(d.get(), "refClkFreq")->text(), QStringLiteral("122.880"));
-    QVERIFY(!box(d.get(), "RealTimeVendor")->isEnabled());
-    QCOMPARE(CpriDialogProbe(d.get()).biasFlag(), 0);
+    QFETCH(QString, setup);
+    Project p(device, setup);
+    auto d = p.create();
+    QTEST(looks(d.get(), {"ChannelSel", "PLL_Selection", "refClkFreq", "biasSpinBox", "refClkSource"}),
+          "expected");
+    auto *sources = w<QComboBox>(d.get(), "refClkSource");
+    for (int i = 0; i < sources->count(); ++i)
+        QCOMPARE(sources->itemData(i), QVariant(i));
+    QCOMPARE(Probe(d.get()).biasFlag(), 0);
 }
 
-void TestDialog::fixedListsAndModes()
+void TestDialog::onlyVersionOneLoads_data()
 {
-    Project project;
-    auto d = project.newDialog();
-    QComboBox *swing = combo(d.get(), "differeSwingComboBox");
-    QCOMPARE(swing->count(), 16);
-    QCOMPARE(swing->itemText(0), QStringLiteral("180mV"));
-    QCOMPARE(swing->itemText(1), QStringLiteral("228mV"));
-    QCOMPARE(swing->currentText(), QStringLiteral("900mV"));
-    QCOMPARE(items(combo(d.get(), "sdThresholdComboBox")),
-             QStringList({QStringLiteral("25mV"), QStringLiteral("50mV"), QStringLiteral("75mV"),
-                          QStringLiteral("100mV"), QStringLiteral("125mV"), QStringLiteral("150mV"),
-                          QStringLiteral("175mV"), QStringLiteral("200mV")}));
-    QCOMPARE(combo(d.get(), "sdThresholdComboBox")->currentText(), QStringLiteral("100mV"));
-    QCOMPARE(items(combo(d.get(), "LoopbackMode")),
-             QStringList({QStringLiteral("OFF"), QStringLiteral("LB_NES"), QStringLiteral("LB_FES"),
-                          QStringLiteral("LB_ENC")}));
-    for (const char *name : {"cmSpinBox", "c1SpinBox", "attSpinBox", "boostSpinBox"})
-        QVERIFY2(!spin(d.get(), name)->isEnabled(), name);
-    QCOMPARE(spin(d.get(), "attSpinBox")->value(), 7);
-    QCOMPARE(spin(d.get(), "boostSpinBox")->value(), 9);
-    QCOMPARE(widget<QLabel>(d.get(), "c0Lael")->text(), QStringLiteral("40"));
-    QVERIFY(spin(d.get(), "biasSpinBox")->isEnabled());
-    QCOMPARE(spin(d.get(), "biasSpinBox")->value(), 7);
-
-    // Manual modes open the fields; going back to Auto restores the fixed values.
-    combo(d.get(), "ffeModeCombox")->setCurrentText(QStringLiteral("Manual"));
-    QVERIFY(spin(d.get(), "cmSpinBox")->isEnabled());
-    spin(d.get(), "cmSpinBox")->setValue(9);
-    QCOMPARE(widget<QLabel>(d.get(), "c0Lael")->text(), QStringLiteral("31"));
-    combo(d.get(), "ffeModeCombox")->setCurrentText(QStringLiteral("Auto"));
-    QCOMPARE(widget<QLabel>(d.get(), "c0Lael")->text(), QStringLiteral("40"));
-
-    QStringList hidden;
-    for (QGroupBox *group : d->findChildren<QGroupBox *>()) {
-        if (group->isHidden())
-            hidden << group->title();
-    }
-    hidden.sort();
-    // The encoding group waits for a rate above 9.8304 Gbps on this device.
-    QCOMPARE(hidden, QStringList({QStringLiteral("Encoding and Decoding"), QStringLiteral("RX Ports "),
-                                  QStringLiteral("TX Ports ")}));
-    QVERIFY(!box(d.get(), "checkBoxDRPPort")->isHidden());
-    QVERIFY(!widget<QAbstractButton>(d.get(), "Master")->isEnabled());
-    QVERIFY(widget<QAbstractButton>(d.get(), "Master")->isChecked());
-    QVERIFY(!edit(d.get(), "HDLCByte")->isEnabled());
-    QCOMPARE(edit(d.get(), "HDLCMask")->displayText(), QStringLiteral("0000"));
+    QTest::addColumn<QString>("saved");
+    QTest::addColumn<bool>("loads");
+    for (const char *version : {"version=", "version=1.00", "version=1", "version=2.0",
+                                "version=1.0 ", "version=v1.0", ""})
+        QTest::addRow("\"%s\"", version) << QString(version) << false;
+    QTest::newRow("1.0") << "version=1.0" << true;
 }
 
-void TestDialog::inputRules_data()
+// Any other version is refused with a box and leaves the widgets alone.
+void TestDialog::onlyVersionOneLoads()
 {
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("acceptable");
-    QTest::newRow("three digits") << "ConfigClkPeriod" << "150" << true;
-    QTest::newRow("fourth digit") << "ConfigClkPeriod" << "1500" << false;
-    QTest::newRow("non-digit") << "ConfigClkPeriod" << "1a" << false;
-    QTest::newRow("default frequency") << "refClkFreq" << "122.880" << true;
-    QTest::newRow("eight decimals") << "refClkFreq" << "1.12345678" << true;
-    QTest::newRow("four integer digits") << "refClkFreq" << "1000" << false;
-    QTest::newRow("nine decimals") << "refClkFreq" << "1.123456789" << false;
+    QFETCH(QString, saved);
+    QFETCH(bool, loads);
+    Project p;
+    Boxes user(QMessageBox::Ok);
+    bool opened = false;
+    auto d = p.open(parse(saved + ";GMII=true"), &opened);
+    QCOMPARE(opened, loads);
+    QCOMPARE(user.seen(), loads ? QStringList() : QStringList{
+        "Error: This version of specified IP Config file is incompatible with current IP Core Generator."});
+    QCOMPARE(look(w(d.get(), "GMII")), loads ? "GMII*" : "GMII");
 }
 
-void TestDialog::inputRules()
+// Loading sets checked states without clicks: the slots on toggles and
+// on index and text changes run, the speed rules and rate reading do not.
+void TestDialog::loadingRunsTheWiredSlotsOnly()
 {
-    QFETCH(QString, field);
-    QFETCH(QString, text);
-    QFETCH(bool, acceptable);
-    Project project;
-    auto d = project.newDialog();
-    const QValidator *validator = edit(d.get(), field.toLatin1().constData())->validator();
-    QVERIFY(validator);
-    int pos = 0;
-    QString input = text;
-    QCOMPARE(validator->validate(input, pos) == QValidator::Acceptable, acceptable);
-}
-
-void TestDialog::noFreeLaneLeavesOnlyCpll()
-{
-    Project project;
-    for (const char *lane : {"Q0 Lane0", "Q0 Lane1", "Q0 Lane2", "Q0 Lane3"})
-        QVERIFY(IPSERDESIP::serdes::instance()->occupyLane(QString::fromLatin1(lane)));
-    auto d = project.newDialog();
-    QCOMPARE(combo(d.get(), "ChannelSel")->count(), 0);
-    QCOMPARE(items(combo(d.get(), "PLL_Selection")), QStringList{QStringLiteral("CPLL")});
-    QCOMPARE(CpriDialogProbe(d.get()).freeLaneCount(), 0);
-}
-
-void TestDialog::createCancelledGivesEmptyRecord()
-{
-    Project project;
-    cpri protocol(QStringLiteral(CPRI_PACKAGE_DIR));
-    QVERIFY(protocol.loadDescriptor());
-    CpriHost::ModalDriver driver;
-    driver.setDialogHandler([](QDialog *dialog) {
-        // A calculation writes the protocol's record even when the user cancels.
-        QMetaObject::invokeMethod(dialog, "onButtonCalculateClicked", Q_ARG(bool, false));
-        dialog->reject();
-    });
-    driver.start();
-    QVERIFY(protocol.createConfig(QStringLiteral("cpri_0"), project.device).isEmpty());
-    QVERIFY(!protocol.configuration().isEmpty());
-}
-
-void TestDialog::createAcceptedGivesTheCollectedRecord()
-{
-    Project project;
-    cpri protocol(QStringLiteral(CPRI_PACKAGE_DIR));
-    QVERIFY(protocol.loadDescriptor());
-    CpriHost::ModalDriver driver;
-    driver.setDialogHandler([](QDialog *dialog) {
-        box(dialog, "speedSel98304")->click();
-        box(dialog, "speedEnable98304")->click();
-        dialog->accept();
-    });
-    driver.start();
-    const ConfigMap record = protocol.createConfig(QStringLiteral("cpri_0"), project.device);
-    QVERIFY2(!record.isEmpty(), qPrintable(titles(driver.seenBoxes()).join(QLatin1Char('\n'))));
-    QCOMPARE(record, protocol.configuration());
-    QCOMPARE(record.value(QStringLiteral("Line_Rate")).toString(), QStringLiteral("9.83040Gbps"));
-    QCOMPARE(record.value(QStringLiteral("ifChangedAllOfBias")).toBool(), true);
-    QCOMPARE(IPSERDESIP::serdes::instance()->getData(QStringLiteral("Q0_BIAS")).toInt(), 7);
-    QCOMPARE(record.size(), Config::recordKeys().size() - 1); // no 64B/66B below 8.11008 Gbps
-    QVERIFY(IPSERDESIP::serdes::instance()->pendingRoutes().isEmpty());
-}
-
-void TestDialog::refusedRecordNeverShowsTheDialog()
-{
-    Project project;
-    cpri protocol(QStringLiteral(CPRI_PACKAGE_DIR));
-    QVERIFY(protocol.loadDescriptor());
-    bool shown = false;
-    CpriHost::ModalDriver driver;
-    driver.setAnswer(QMessageBox::Ok);
-    driver.setDialogHandler([&shown](QDialog *dialog) {
-        shown = true;
-        dialog->reject();
-    });
-    driver.start();
-    ConfigMap saved;
-    saved.insert(QStringLiteral("version"), QStringLiteral("1.00"));
-    QVERIFY(protocol.editConfig(saved).isEmpty());
-    QVERIFY(!shown);
-    QCOMPARE(titles(driver.seenBoxes()),
-             QStringList{QStringLiteral("Error: This version of specified IP Config file is "
-                                        "incompatible with current IP Core Generator.")});
-}
-
-void TestDialog::successiveDialogsShareNothing()
-{
-    Project project;
-    cpri protocol(QStringLiteral(CPRI_PACKAGE_DIR));
-    QVERIFY(protocol.loadDescriptor());
-    QList<bool> classCheckedAtStart;
-    CpriHost::ModalDriver driver;
-    driver.setDialogHandler([&classCheckedAtStart](QDialog *dialog) {
-        classCheckedAtStart << box(dialog, "speedSel3072")->isChecked();
-        box(dialog, "speedSel3072")->click();
-        dialog->reject();
-    });
-    driver.start();
-    protocol.createConfig(QStringLiteral("a"), project.device);
-    protocol.createConfig(QStringLiteral("b"), project.device);
-    QCOMPARE(classCheckedAtStart, QList<bool>({false, false}));
+    Project p(QStringLiteral("DVA-1-C2I1"), QStringLiteral("data:Q0_BIAS:12"));
+    auto d = p.open(parse("version=1.0;3.072G_and_Under=true;10.1376Gbps=true;GMII=true;"
+                          "Real_Time_Vendor=true;Slave=true;Initial_Protocol_Version2=true;"
+                          "Channel_Selection=Q0 Lane2;PLL_Selection=QPLL1;Reference_CLK_Source=Q0 REFCLK1;"
+                          "Reference_CLK_Frequency=153.6;FFEMODE=Manual;FFE_CM=3;FFE_C1=5;FFE_C0=33;"
+                          "Equalization_Mode=Manual;ATT=2;ifChangedAllOfBias=true"));
+    QCOMPARE(looks(d.get(), {"speedSel3072", "speedEnable101376", "speedEnable49152", "lineRate",
+                             "RealTimeVendor", "groupBoxEncodingAndDecoding", "Master", "Slave",
+                             "ProtocolVersion1", "ChannelSel", "PLL_Selection", "refClkSource", "refClkFreq",
+                             "cmSpinBox", "c0Lael", "attSpinBox", "biasSpinBox"}),
+             QStringList({"speedSel3072 3.072G and Under*", "speedEnable101376 10.1376Gbps*",
+                          "speedEnable49152 4.9152Gbps", "lineRate 4.9152-",
+                          "RealTimeVendor Real Time Vendor *", "groupBoxEncodingAndDecoding Encoding and Decoding",
+                          "Master Master-", "Slave Slave*-", "ProtocolVersion1 1",
+                          "ChannelSel Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3@Q0 Lane2",
+                          "PLL_Selection QPLL0|QPLL1|CPLL@QPLL1",
+                          "refClkSource Q0 REFCLK0|Q0 REFCLK1|Q0 REFCLK2|Q0 REFCLK3|Q0 REFIN0|Q0 REFIN1@Q0 REFCLK1",
+                          "refClkFreq 153.6", "cmSpinBox 0..19=3", "c0Lael 33", "attSpinBox 0..10=2",
+                          "biasSpinBox 0..15=12"}));
+    const QStringList pins = pinNames(*d);
+    for (const char *pin : {"iq_tx_data_i[15:0]", "up10g_rt_rx_valid_o", "gmii_rx_er_o"})
+        QVERIFY2(pins.contains(pin), pin);
+    QCOMPARE(Probe(d.get()).biasFlag(), 1); // decided after the lane change reset it
 }
 
 QTEST_MAIN(TestDialog)

@@ -1,39 +1,85 @@
-// What the dialog does while it is edited, calculated, accepted and loaded.
+// What the dialog does while the user edits it: speed rules, field rules,
+// clocking controls and the port figure.
 
 #include "dialogfixture.h"
 
-#include <ipserdes/message.h>
-
-#include <QGroupBox>
-#include <QTest>
-
-using namespace IPCPRI;
-
 namespace {
 
-// Clicks the named boxes in order, as a user would.
-void click(QObject *d, std::initializer_list<const char *> names)
-{
-    for (const char *name : names)
-        box(d, name)->click();
-}
-
-QVector<bool> enabledRates(QObject *d)
-{
-    QVector<bool> enabled;
-    for (const char *name : {"speedEnable06144", "speedEnable12288", "speedEnable24576",
+const char *const Rates[] = {"speedEnable06144", "speedEnable12288", "speedEnable24576",
                              "speedEnable3072", "speedEnable49152", "speedEnable6144",
                              "speedEnable98304", "speedEnable811008", "speedEnable101376",
-                             "speedEnable1216512"})
-        enabled << box(d, name)->isEnabled();
-    return enabled;
+                             "speedEnable1216512"};
+const char *const Classes[] = {"speedSel3072", "speedSel6144", "speedSel98304", "speedSel101376",
+                               "speedSel1216512"};
+
+// The symbol's ports by group, in drawing order.
+const QMap<QString, QString> PortGroups = {
+    {"clocks", "tx_arst_i rx_arst_i cfg_arst_i tx_rst_i rx_rst_i cfg_rst_i tx_clk_i rx_clk_i "
+               "cfg_clk_i aux_tx_slot_last_o"},
+    {"narrow", "aux_tx_slot_num_o[5:0] aux_rx_slot_num_o[5:0]"},
+    {"wide", "aux_tx_slot_num_o[6:0] aux_rx_slot_num_o[6:0]"},
+    {"d16", "iq_tx_req_o[1:0] iq_tx_data_i[15:0] iq_rx_mask_o[1:0] iq_rx_data_o[15:0] "
+            "rx_data_o[15:0] vendor_tx_req_o[4:0] vendor_tx_data_i[39:0] "
+            "vendor_rx_data_mask_o[4:0] vendor_rx_data_o[39:0]"},
+    {"d32", "iq_tx_req_o[3:0] iq_tx_data_i[31:0] iq_rx_mask_o[3:0] iq_rx_data_o[31:0] "
+            "rx_data_o[31:0] vendor_tx_req_o[9:0] vendor_tx_data_i[79:0] "
+            "vendor_rx_data_mask_o[9:0] vendor_rx_data_o[79:0]"},
+    {"d64", "iq_tx_req_o[7:0] iq_tx_data_i[63:0] iq_rx_mask_o[7:0] iq_rx_data_o[63:0] "
+            "rx_data_o[63:0] vendor_tx_req_o[15:0] vendor_tx_data_i[127:0] "
+            "vendor_rx_data_mask_o[15:0] vendor_rx_data_o[127:0]"},
+    {"frame", "aux_tx_hf_num_o[7:0] aux_tx_bf_num_o[7:0] aux_tx_node_bfn_o[11:0] "
+              "aux_rx_bf_first_w_o aux_rx_slot_last_o aux_rx_bf_num_o[7:0] aux_rx_hf_num_o[7:0] "
+              "tx_bfn_strobe_i tx_bfn_i[11:0] rx_bfn_strobe_o rx_bfn_o[11:0] iq_rx_valid_o "
+              "hdlc_tx_req_o hdlc_tx_data_i hdlc_rx_data_valid_o hdlc_rx_data_o"},
+    {"rtv", "up10g_rt_tx_req_o[7:0] up10g_rt_tx_data_i[63:0] up10g_rt_rx_data_o[63:0] "
+            "up10g_rt_rx_mask_o[7:0] up10g_rt_rx_valid_o"},
+    {"mii", "mii_tx_clk_i mii_tx_arst_i mii_tx_rst_i mii_tx_en_i mii_tx_er_i mii_tx_data_i[3:0] "
+            "tx_buffer_full_o mii_rx_clk_i mii_rx_arst_i mii_rx_rst_i mii_rx_en_o "
+            "mii_rx_data_o[3:0] mii_rx_er_o"},
+    {"gmii", "gmii_tx_clk_i gmii_tx_arst_i gmii_tx_rst_i gmii_tx_en_i gmii_tx_er_i "
+             "gmii_tx_data_i[7:0] gmii_tx_buffer_full_o gmii_rx_clk_i gmii_rx_arst_i "
+             "gmii_rx_rst_i gmii_rx_data_o[7:0] gmii_rx_en_o gmii_rx_er_o"},
+    {"control", "z130_0_tx_rai_i z130_0_tx_sdi_i z130_0_tx_los_i z130_0_tx_lof_i los_i cfg_sel_i "
+                "cfg_wr_i cfg_ena_i cfg_addr_i[11:0] cfg_wdata_i[31:0] serq_rstn_i "
+                "serq_user_rx_clk_i serq_user_tx_clk_i"},
+    {"status", "z130_0_rx_reset_o z130_0_rx_rai_o z130_0_rx_sdi_o z130_0_rx_los_o z130_0_rx_lof_o "
+               "local_los_o local_lof_o hfnsync_o speed_sel_o[3:0] tx_delay_o[7:0] rx_delay_o[7:0] "
+               "cfg_rdy_o cfg_rdata_o[31:0] serq_pcs_tx_rst_i serq_pcs_rx_rst_i serq_align_link_o "
+               "serq_k_lock_o serq_pll_ok_o serq_pll_ck_ref_o serq_pma_rx_lock_o serq_rx_pcs_clk_o "
+               "serq_tx_pcs_clk_o vendor_rx_data_valid_o serq_rx_fifo_rdusewd_o[4:0] "
+               "serq_tx_fifo_wrusewd_o[4:0]"},
+    {"loopback", "loopback_en_i loopback_mode_i[1:0]"},
+    {"swing", "tx_diff_en_i tx_diff_swing_i[3:0]"},
+    {"ffe", "tx_ffe_manual_en_i tx_ffe_cm_i[4:0] tx_ffe_c1_i[4:0]"},
+    {"eq", "rx_eq_manual_en_i rx_eq_att_i[3:0] rx_eq_boost_i[3:0]"},
+    {"bias", "rx_quad_bias_en_i rx_quad_bias_i[3:0]"},
+    {"ppg", "tx_prbs_test_en_i tx_prbs_sel_i[2:0] tx_prbs_insert_err_i"},
+    {"ppc", "rx_prbs_test_en_i rx_prbs_sel_i[2:0] rx_prbs_err_clr_i rx_prbs_err_cnt_o[7:0]"},
+    {"drpclk", "user_drp_clk_o"},
+    {"drp", "user_drp_addr_i[23:0] user_drp_wren_i user_drp_wrdata_i[31:0] user_drp_strb_i[31:0] "
+            "user_drp_rden_i user_drp_ready_o user_drp_rdvld_o user_drp_rddata_o[31:0] "
+            "user_drp_resp_o"},
+};
+
+// "1" for each enabled box, "0" for each disabled one.
+QString enabledOf(QObject *d, const char *const (&names)[10])
+{
+    QString flags;
+    for (const char *name : names)
+        flags += w(d, name)->isEnabled() ? '1' : '0';
+    return flags;
 }
 
-ConfigMap versionOnly()
+QStringList checkedOf(QObject *d)
 {
-    ConfigMap r;
-    r.insert(QStringLiteral("version"), QStringLiteral("1.0"));
-    return r;
+    QStringList checked;
+    for (const char *name : Classes)
+        if (w<QAbstractButton>(d, name)->isChecked())
+            checked << name;
+    for (const char *name : Rates)
+        if (w<QAbstractButton>(d, name)->isChecked())
+            checked << name;
+    return checked;
 }
 
 } // namespace
@@ -43,433 +89,294 @@ class TestDialogBehaviour : public QObject
     Q_OBJECT
 
 private slots:
-    void rateClicksDeriveTheLineRate();
-    void speedClassMovesAWithdrawnCheck_data();
-    void speedClassMovesAWithdrawnCheck();
-    void realTimeVendorAndEncodingFollowTheRate();
-    void pllListFollowsTheRegistry_data();
-    void pllListFollowsTheRegistry();
-    void referenceFrequencyFollowsTheSource();
-    void untouchedDialogCollectsDefaults();
-    void maskedFieldsStoreWhatTheyShow();
-    void calculationAsksTheBiasQuestionOnce_data();
-    void calculationAsksTheBiasQuestionOnce();
-    void calculationFailures_data();
-    void calculationFailures();
-    void acceptRefusals_data();
-    void acceptRefusals();
-    void declinedBiasIsNotPublished();
-    void loadingAVersionOnlyRecord();
-    void loadingRestoresTheSavedChoices();
-    void loadingTakesTheQuadBiasFromTheRegistry();
-    void figureFollowsTheChoices();
+    void speedRules_data();
+    void speedRules();
+    void fieldRules_data();
+    void fieldRules();
+    void tapsAndEqualization_data();
+    void tapsAndEqualization();
+    void biasDefaultsToRegistryThenDialogThenSeven();
+    void portFigure_data();
+    void portFigure();
+    void pllList_data();
+    void pllList();
+    void clockingFollowsTheRegistry();
 };
 
-void TestDialogBehaviour::rateClicksDeriveTheLineRate()
-{
-    Project project;
-    auto d = project.newDialog();
-    CpriDialogProbe probe(d.get());
-    QCOMPARE(probe.checkSpeed(), -1);
-    QCOMPARE(edit(d.get(), "lineRate")->text(), QStringLiteral("0.00000Gbps"));
-    click(d.get(), {"speedEnable1216512"});
-    QCOMPARE(edit(d.get(), "lineRate")->text(), QStringLiteral("12.16512Gbps"));
-    QCOMPARE(probe.speedBits(), QStringLiteral("010000000000"));
-    click(d.get(), {"speedEnable811008"});
-    QVERIFY(!box(d.get(), "speedEnable1216512")->isChecked());
-    QCOMPARE(probe.checkSpeed(), 8);
-    QCOMPARE(probe.speedBits(), QStringLiteral("000100000000"));
-    QCOMPARE(edit(d.get(), "lineRate")->text(), QStringLiteral("8.11008Gbps"));
-    // A checked box of the exclusive group cannot be unchecked.
-    click(d.get(), {"speedEnable811008"});
-    QVERIFY(box(d.get(), "speedEnable811008")->isChecked());
-}
-
-void TestDialogBehaviour::speedClassMovesAWithdrawnCheck_data()
+void TestDialogBehaviour::speedRules_data()
 {
     QTest::addColumn<QString>("device");
-    QTest::addColumn<QString>("rate");
-    QTest::addColumn<QString>("speedClass");
-    QTest::addColumn<QString>("checkedAfter");
-    QTest::addColumn<QVector<bool>>("enabled"); // 0.6144 ... 12.16512
-    QTest::newRow("10.1376 under 9.8304G")
-        << "DVA-1-C2I1" << "speedEnable101376" << "speedSel98304" << "speedEnable12288"
-        << QVector<bool>{false, true, true, true, true, true, true, false, false, false};
-    QTest::newRow("2.4576 under 3.072G stays")
-        << "DVA-1-C2I1" << "speedEnable24576" << "speedSel3072" << "speedEnable24576"
-        << QVector<bool>{false, true, true, true, false, false, false, false, false, false};
-    QTest::newRow("12.16512 under 10.1376G")
-        << "DVA-1-C2I1" << "speedEnable1216512" << "speedSel101376" << "speedEnable12288"
-        << QVector<bool>{false, true, true, true, true, true, true, true, true, false};
-    QTest::newRow("12.16512G on another grade")
-        << "DVB-4-C1" << "speedEnable811008" << "speedSel1216512" << "speedEnable811008"
-        << QVector<bool>{false, true, true, true, true, true, true, true, false, false};
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("enabled"); // rate boxes 0.6144 ... 12.16512
+    QTest::addColumn<QString>("checked");
+    QTest::addColumn<QString>("lineRate");
+    QTest::addColumn<QString>("shown"); // "r": Real Time Vendor enabled, "e": 64B/66B group
+    const auto row = [](const char *device, const char *steps, const char *enabled,
+                        const char *checked, const char *lineRate, const char *shown) {
+        QTest::addRow("%s %s", device, steps) << device << steps << enabled << checked << lineRate << shown;
+    };
+    row("DVA-1-C2I1", "", "0111111111", "", "0Gbps", "");
+    row("DVA-1-C2I1", "speedEnable1216512", "0111111111", "speedEnable1216512", "12.16512Gbps", "re");
+    row("DVA-1-C2I1", "speedEnable101376", "0111111111", "speedEnable101376", "10.13760Gbps", "re");
+    row("DVA-1-C2I1", "speedEnable1216512;speedEnable811008", "0111111111", "speedEnable811008",
+        "8.11008Gbps", "e");
+    row("DVA-1-C2I1", "speedEnable811008;speedEnable811008", "0111111111", "speedEnable811008",
+        "8.11008Gbps", "e");
+    row("DVA-1-C2I1", "speedEnable24576;speedSel3072", "0111000000", "speedSel3072 speedEnable24576",
+        "2.45760Gbps", "");
+    row("DVA-1-C2I1", "speedEnable49152;speedSel3072", "0111000000", "speedSel3072 speedEnable12288",
+        "4.91520Gbps", "");
+    row("DVA-1-C2I1", "speedEnable811008;speedSel6144", "0111110000", "speedSel6144 speedEnable12288",
+        "8.11008Gbps", "");
+    row("DVA-1-C2I1", "speedEnable101376;speedSel98304", "0111111000",
+        "speedSel98304 speedEnable12288", "10.13760Gbps", "");
+    row("DVA-1-C2I1", "speedEnable1216512;speedSel101376", "0111111110",
+        "speedSel101376 speedEnable12288", "12.16512Gbps", "");
+    row("DVA-1-C2I1", "speedSel3072;speedSel1216512", "0111111111", "speedSel1216512", "0Gbps", "");
+    row("DVA-1-C2I1", "speedSel6144;speedSel101376", "0111111110", "speedSel101376", "0Gbps", "");
+    row("DVA-1-C2I1", "speedSel3072;speedSel98304;speedEnable98304", "0111111000",
+        "speedSel98304 speedEnable98304", "9.83040Gbps", "");
+    row("DVB-4-C1", "", "0111111100", "", "0Gbps", "");
+    row("DVB-4-C1", "speedEnable811008;speedSel1216512", "0111111100",
+        "speedSel1216512 speedEnable811008", "8.11008Gbps", "e");
+    row("DVB-4-C1", "speedSel6144;speedSel101376", "0111111100", "speedSel101376", "0Gbps", "");
+    row("DVC-1-C2I1", "speedEnable3072", "0111111111", "speedEnable3072", "3.07200Gbps", "e");
+    row("DVC-2-I2", "speedEnable1216512", "0111111100", "", "0Gbps", "e");
 }
 
-void TestDialogBehaviour::speedClassMovesAWithdrawnCheck()
+// Class and rate boxes are exclusive groups; a class change that withdraws
+// the checked rate moves the check to 1.2288 Gbps without a click, so the
+// line rate waits for the next click.
+void TestDialogBehaviour::speedRules()
 {
     QFETCH(QString, device);
-    QFETCH(QString, rate);
-    QFETCH(QString, speedClass);
-    QFETCH(QString, checkedAfter);
-    QFETCH(QVector<bool>, enabled);
-    Project project(device);
-    auto d = project.newDialog();
-    box(d.get(), rate.toLatin1().constData())->click();
-    box(d.get(), speedClass.toLatin1().constData())->click();
-    QVERIFY(box(d.get(), checkedAfter.toLatin1().constData())->isChecked());
-    QCOMPARE(enabledRates(d.get()), enabled);
+    QFETCH(QString, steps);
+    Project p(device);
+    auto d = p.create();
+    act(d.get(), steps);
+    QTEST(enabledOf(d.get(), Rates), "enabled");
+    QTEST(checkedOf(d.get()).join(' '), "checked");
+    QTEST(w<QLineEdit>(d.get(), "lineRate")->text(), "lineRate");
+    QString shown;
+    if (w(d.get(), "RealTimeVendor")->isEnabled())
+        shown += 'r';
+    auto *encoding = w(d.get(), "groupBoxEncodingAndDecoding");
+    if (!encoding->isHidden() && encoding->isEnabled())
+        shown += 'e';
+    QTEST(shown, "shown");
 }
 
-void TestDialogBehaviour::realTimeVendorAndEncodingFollowTheRate()
+void TestDialogBehaviour::fieldRules_data()
 {
-    Project project;
-    auto d = project.newDialog();
-    auto *encoding = widget<QGroupBox>(d.get(), "groupBoxEncodingAndDecoding");
-    QVERIFY(encoding->isHidden());
-    click(d.get(), {"speedEnable101376"});
-    QVERIFY(box(d.get(), "RealTimeVendor")->isEnabled());
-    QVERIFY(!encoding->isHidden() && encoding->isEnabled());
-    box(d.get(), "RealTimeVendor")->setChecked(true);
-    click(d.get(), {"speedEnable49152"});
-    QVERIFY(!box(d.get(), "RealTimeVendor")->isEnabled());
-    QVERIFY(encoding->isHidden());
-    CpriDialogProbe(d.get()).collect();
-    QCOMPARE(project.record.value(QStringLiteral("Real_Time_Vendor")).toBool(), false);
-    QVERIFY(!project.record.contains(QStringLiteral("64B_66B_Mode")));
-    click(d.get(), {"speedEnable811008"});
-    CpriDialogProbe(d.get()).collect();
-    QCOMPARE(project.record.value(QStringLiteral("64B_66B_Mode")).toString(), QStringLiteral("SerDes"));
-}
-
-void TestDialogBehaviour::pllListFollowsTheRegistry_data()
-{
-    QTest::addColumn<QStringList>("enabledPlls"); // set up by other cores for 9.8304 Gbps
-    QTest::addColumn<QString>("rate");
-    QTest::addColumn<QStringList>("offered");
-    QTest::newRow("all free") << QStringList() << "speedEnable98304"
-                              << QStringList{QStringLiteral("QPLL0"), QStringLiteral("QPLL1"), QStringLiteral("CPLL")};
-    QTest::newRow("QPLL1 set up for another rate")
-        << QStringList{QStringLiteral("Q0_QPLL1")} << "speedEnable6144"
-        << QStringList{QStringLiteral("QPLL0"), QStringLiteral("CPLL")};
-    QTest::newRow("both set up for the rate")
-        << QStringList{QStringLiteral("Q0_QPLL0"), QStringLiteral("Q0_QPLL1")} << "speedEnable49152"
-        << QStringList{QStringLiteral("QPLL0"), QStringLiteral("QPLL1"), QStringLiteral("CPLL")};
-    QTest::newRow("other quad's PLLs do not count")
-        << QStringList{QStringLiteral("Q1_QPLL0")} << "speedEnable6144"
-        << QStringList{QStringLiteral("QPLL0"), QStringLiteral("QPLL1"), QStringLiteral("CPLL")};
-}
-
-void TestDialogBehaviour::pllListFollowsTheRegistry()
-{
-    QFETCH(QStringList, enabledPlls);
-    QFETCH(QString, rate);
-    QFETCH(QStringList, offered);
-    Project project(QStringLiteral("DVC-1-C2I1"));
-    for (const QString &pll : enabledPlls)
-        QVERIFY(IPSERDESIP::serdes::instance()->enablePll(pll, 9.8304));
-    auto d = project.newDialog();
-    combo(d.get(), "ChannelSel")->setCurrentText(QStringLiteral("Q0 Lane3"));
-    box(d.get(), rate.toLatin1().constData())->click();
-    QCOMPARE(items(combo(d.get(), "PLL_Selection")), offered);
-}
-
-void TestDialogBehaviour::referenceFrequencyFollowsTheSource()
-{
-    Project project;
-    QVERIFY(IPSERDESIP::serdes::instance()->fixReference(QStringLiteral("Q0 REFCLK1"), 245.76));
-    auto d = project.newDialog();
-    QComboBox *source = combo(d.get(), "refClkSource");
-    QLineEdit *frequency = edit(d.get(), "refClkFreq");
-    source->setCurrentText(QStringLiteral("Q0 REFCLK1"));
-    QCOMPARE(frequency->text(), QStringLiteral("245.76"));
-    QVERIFY(!frequency->isEnabled());
-    source->setCurrentText(QStringLiteral("Q0 REFCLK0"));
-    QCOMPARE(frequency->text(), QStringLiteral("122.880"));
-    QVERIFY(frequency->isEnabled());
-}
-
-void TestDialogBehaviour::untouchedDialogCollectsDefaults()
-{
-    Project project;
-    auto d = project.newDialog();
-    CpriDialogProbe probe(d.get());
-    QVERIFY(probe.collect());
-    const ConfigMap &r = project.record;
-    QCOMPARE(r.value(QStringLiteral("target_device")).toString(), QStringLiteral("DVA-1-C2I1"));
-    QCOMPARE(r.value(QStringLiteral("version")).toString(), QStringLiteral("1.0"));
-    QCOMPARE(r.value(QStringLiteral("MII")).toBool(), true);
-    QCOMPARE(r.value(QStringLiteral("Master")).toBool(), false);
-    QCOMPARE(r.value(QStringLiteral("Initial_Protocol_Version1")).toBool(), true);
-    QCOMPARE(r.value(QStringLiteral("Initial_HDLC_Byte")).toString(), QStringLiteral("0"));
-    QCOMPARE(r.value(QStringLiteral("Initial_HDLC_Mask")).toString(), QStringLiteral("0000"));
-    QCOMPARE(r.value(QStringLiteral("FFE_C0")).toString(), QStringLiteral("40"));
-    QCOMPARE(r.value(QStringLiteral("ATT")).toInt(), 7);
-    QCOMPARE(r.value(QStringLiteral("BOOST")).toInt(), 9);
-    QCOMPARE(r.value(QStringLiteral("Line_Rate")).toString(), QStringLiteral("0.00000Gbps"));
-    QCOMPARE(r.value(QStringLiteral("highest_SpeedIndex")).toInt(), -1);
-    QCOMPARE(r.value(QStringLiteral("speedEnables_Record")).toString(), QStringLiteral("000000000000"));
-    QCOMPARE(r.value(QStringLiteral("Channel_Selection")).toString(), QStringLiteral("Q0 Lane0"));
-    QVERIFY(!r.contains(QStringLiteral("ifChangedAllOfBias")));
-    QCOMPARE(r.size(), Config::recordKeys().size() - 2); // no 64B/66B, no bias decision
-    for (const Config::KeySpec &row : Config::recordKeys()) {
-        if (r.contains(row.key) && row.type != Config::ValueType::Text)
-            QCOMPARE(r.value(row.key).type(), row.initial.type());
-    }
-    QCOMPARE(probe.routeLanes(), QStringList{QStringLiteral("Q0_LANE0")});
-    QCOMPARE(probe.routePlls(), QStringList{QStringLiteral("Q0_QPLL0")});
-    const QStringList settings = probe.settings();
-    QCOMPARE(settings.size(), 24 + 2);
-    QCOMPARE(settings.at(24), QStringLiteral("q0_refclk0_freq 122.88"));
-    QCOMPARE(settings.at(25), QStringLiteral("q0_global_reset_en true"));
-}
-
-void TestDialogBehaviour::maskedFieldsStoreWhatTheyShow()
-{
-    Project project;
-    auto d = project.newDialog();
-    QLineEdit *seed = edit(d.get(), "ScramblerSeed");
-    seed->selectAll();
-    QTest::keyClicks(seed, QStringLiteral("1F"));
-    CpriDialogProbe(d.get()).collect();
-    QCOMPARE(project.record.value(QStringLiteral("Initial_Scrambler_Seed")).toString(),
-             QStringLiteral("1F000000"));
-    seed->setText(QStringLiteral("80000000"));
-    QMetaObject::invokeMethod(d.get(), "checkLineEditInPut");
-    QCOMPARE(seed->displayText(), QStringLiteral("00000000"));
-}
-
-void TestDialogBehaviour::calculationAsksTheBiasQuestionOnce_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<int>("biasLines");
-    QTest::newRow("yes") << int(QMessageBox::Yes) << 1;
-    QTest::newRow("no") << int(QMessageBox::No) << 0;
-}
-
-void TestDialogBehaviour::calculationAsksTheBiasQuestionOnce()
-{
-    QFETCH(int, answer);
-    QFETCH(int, biasLines);
-    Project project(QStringLiteral("DVC-1-C2I1"));
-    auto d = project.newDialog();
-    combo(d.get(), "ChannelSel")->setCurrentText(QStringLiteral("Q1 Lane2"));
-    click(d.get(), {"speedSel98304", "speedEnable98304"});
-    CpriHost::ModalDriver driver;
-    driver.setAnswer(QMessageBox::StandardButton(answer));
-    driver.start();
-    CpriDialogProbe probe(d.get());
-    for (int run = 0; run < 2; ++run) {
-        QVERIFY(probe.calculate(true));
-        QCOMPARE(probe.settings().count(QStringLiteral("q1_rx_eq_bias 7")), biasLines);
-    }
-    const QStringList seen = titles(driver.seenBoxes());
-    QCOMPARE(seen.size(), 3);
-    QCOMPARE(seen.first(), QStringLiteral("Question: Q1 Lane0, Q1 Lane1, Q1 Lane3 BIAS will also be "
-                                          "changed to 7, whether to accept or not? "));
-    QCOMPARE(seen.at(1), QStringLiteral("Succeed: Succeed"));
-    QCOMPARE(probe.biasFlag(), answer == QMessageBox::Yes ? 1 : 2);
-    const void *generator = probe.generator();
-    QVERIFY(generator);
-    probe.calculate(false);
-    QCOMPARE(probe.generator(), generator);
-    QVERIFY(QFileInfo::exists(project.work.path() + QStringLiteral("/cpri_0/temp/cpri/cpri.csr")));
-
-    // A new lane needs a new decision.
-    combo(d.get(), "ChannelSel")->setCurrentText(QStringLiteral("Q1 Lane0"));
-    QCOMPARE(probe.biasFlag(), 0);
-}
-
-void TestDialogBehaviour::calculationFailures_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("frequency");
-    QTest::addColumn<QString>("rate");
-    QTest::addColumn<QString>("pll");
-    QTest::addColumn<QString>("message");
-    const QString refMessage = QStringLiteral(
-        "Failure: The Expected Reference Clock Pin can not be connected to the Expected PLL");
-    QTest::newRow("source in use at another frequency")
-        << "Q0 REFCLK1" << "125" << "speedEnable98304" << "QPLL0" << refMessage;
-    QTest::newRow("source does not reach the lane")
-        << "Q1 REFCLK2" << "122.880" << "speedEnable98304" << "QPLL0" << refMessage;
-    QTest::newRow("rate out of reach")
-        << "Q0 REFCLK0" << "122.880" << "speedEnable98304" << "CPLL"
-        << QStringLiteral("Failure: The Expected Line Rate can not be generated by the Reference "
-                          "Clock Frequency");
-}
-
-void TestDialogBehaviour::calculationFailures()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, frequency);
-    QFETCH(QString, rate);
-    QFETCH(QString, pll);
-    QFETCH(QString, message);
-    Project project(QStringLiteral("DVC-2-I2")); // quad 0 only
-    QVERIFY(IPSERDESIP::serdes::instance()->fixReference(QStringLiteral("Q0 REFCLK1"), 122.88));
-    auto d = project.newDialog();
-    CpriDialogProbe probe(d.get());
-    probe.setBiasFlag(2);
-    combo(d.get(), "refClkSource")->addItem(QStringLiteral("Q1 REFCLK2")); // a stored choice
-    combo(d.get(), "refClkSource")->setCurrentText(source);
-    edit(d.get(), "refClkFreq")->setText(frequency);
-    box(d.get(), rate.toLatin1().constData())->click();
-    combo(d.get(), "PLL_Selection")->setCurrentText(pll);
-    CpriHost::ModalDriver driver;
-    driver.start();
-    QVERIFY(!probe.calculate(true));
-    QCOMPARE(titles(driver.seenBoxes()), QStringList{message});
-    QVERIFY(IPSERDESIP::serdes::instance()->pendingRoutes().isEmpty());
-}
-
-void TestDialogBehaviour::acceptRefusals_data()
-{
-    QTest::addColumn<bool>("freeLanes");
-    QTest::addColumn<QStringList>("clicks");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("no lane comes first") << false << QStringList() << "Error: No available lanes";
-    QTest::newRow("no rate") << true << QStringList{QStringLiteral("speedSel3072")}
-                             << "Error: Please Enable Speed";
-    QTest::newRow("no class") << true << QStringList{QStringLiteral("speedEnable3072")}
-                              << "Error: Please Select Speed Selection";
-}
-
-void TestDialogBehaviour::acceptRefusals()
-{
-    QFETCH(bool, freeLanes);
-    QFETCH(QStringList, clicks);
-    QFETCH(QString, message);
-    Project project;
-    if (!freeLanes) {
-        for (const QString &lane : IPSERDESIP::serdes::instance()->notOccupiedLanes())
-            IPSERDESIP::serdes::instance()->occupyLane(lane);
-    }
-    auto d = project.newDialog();
-    for (const QString &name : clicks)
-        box(d.get(), name.toLatin1().constData())->click();
-    CpriHost::ModalDriver driver;
-    driver.setAnswer(QMessageBox::Ok);
-    driver.start();
-    d->accept();
-    QCOMPARE(titles(driver.seenBoxes()), QStringList{message});
-    QCOMPARE(d->result(), int(QDialog::Rejected));
-    QVERIFY(project.record.isEmpty());
-}
-
-void TestDialogBehaviour::declinedBiasIsNotPublished()
-{
-    Project project;
-    auto d = project.newDialog();
-    click(d.get(), {"speedSel6144", "speedEnable6144"});
-    CpriHost::ModalDriver driver;
-    driver.setAnswer(QMessageBox::No);
-    driver.start();
-    d->accept();
-    QCOMPARE(d->result(), int(QDialog::Accepted));
-    QCOMPARE(project.record.value(QStringLiteral("ifChangedAllOfBias")), QVariant(false));
-    QVERIFY(!IPSERDESIP::serdes::instance()->globalData().contains(QStringLiteral("Q0_BIAS")));
-    QCOMPARE(titles(driver.seenBoxes()).size(), 1); // the question; no "Succeed" on accept
-}
-
-void TestDialogBehaviour::loadingAVersionOnlyRecord()
-{
-    Project project;
-    auto d = std::make_unique<cpridlg>(Project::descriptor(), &project.record, nullptr);
-    QVERIFY(d->setOpening(versionOnly()));
-    for (const char *name : {"speedSel3072", "speedEnable12288", "speedEnable1216512", "GMII",
-                             "checkBoxDRPPort", "checkBoxBIASPorts"})
-        QVERIFY2(!widget<QAbstractButton>(d.get(), name)->isChecked(), name);
-    QVERIFY(widget<QAbstractButton>(d.get(), "MII")->isChecked());
-    QVERIFY(widget<QAbstractButton>(d.get(), "ProtocolVersion1")->isChecked());
-    QCOMPARE(edit(d.get(), "ConfigClkPeriod")->text(), QStringLiteral("50"));
-    QCOMPARE(combo(d.get(), "ChannelSel")->currentText(), QStringLiteral("Q0 Lane0"));
-    QCOMPARE(edit(d.get(), "lineRate")->text(), QStringLiteral("4.9152"));
-    QCOMPARE(combo(d.get(), "refClkSource")->currentText(), QStringLiteral("Q0 REFCLK0"));
-    QCOMPARE(edit(d.get(), "refClkFreq")->text(), QStringLiteral("122.880"));
-    QCOMPARE(combo(d.get(), "LoopbackMode")->currentText(), QStringLiteral("OFF"));
-    QCOMPARE(combo(d.get(), "comboBox64B_66B_Mode")->currentText(), QStringLiteral("SerDes"));
-    QCOMPARE(combo(d.get(), "differeSwingComboBox")->currentText(), QStringLiteral("900mV"));
-    QCOMPARE(widget<QLabel>(d.get(), "c0Lael")->text(), QStringLiteral("40"));
-    QCOMPARE(spin(d.get(), "attSpinBox")->value(), 7);
-    QCOMPARE(CpriDialogProbe(d.get()).biasFlag(), 0);
-}
-
-void TestDialogBehaviour::loadingRestoresTheSavedChoices()
-{
-    Project project(QStringLiteral("DVC-1-C2I1"));
-    ConfigMap saved = versionOnly();
-    saved.insert(QStringLiteral("12.16512G_and_Under"), true);
-    saved.insert(QStringLiteral("10.1376Gbps"), true);
-    saved.insert(QStringLiteral("Channel_Selection"), QStringLiteral("Q1 Lane1"));
-    saved.insert(QStringLiteral("Line_Rate"), QStringLiteral("10.13760Gbps"));
-    saved.insert(QStringLiteral("PLL_Selection"), QStringLiteral("CPLL"));
-    saved.insert(QStringLiteral("64B_66B_Mode"), QStringLiteral("Fabric"));
-    saved.insert(QStringLiteral("FFEMODE"), QStringLiteral("Manual"));
-    saved.insert(QStringLiteral("FFE_CM"), 5);
-    saved.insert(QStringLiteral("FFE_C1"), 6);
-    saved.insert(QStringLiteral("FFE_C0"), QStringLiteral("29"));
-    saved.insert(QStringLiteral("SD_THRESHOLD"), QStringLiteral("150mV"));
-    saved.insert(QStringLiteral("Initial_Ethernet_Pointer"), QStringLiteral("3F"));
-    saved.insert(QStringLiteral("ifChangedAllOfBias"), false);
-    saved.insert(QStringLiteral("FFE_Ports"), true);
-    auto d = std::make_unique<cpridlg>(Project::descriptor(), &project.record, nullptr);
-    QVERIFY(d->setOpening(saved));
-    QVERIFY(box(d.get(), "speedSel1216512")->isChecked());
-    QVERIFY(box(d.get(), "speedEnable101376")->isChecked());
-    QVERIFY(box(d.get(), "RealTimeVendor")->isEnabled());
-    QCOMPARE(combo(d.get(), "ChannelSel")->currentText(), QStringLiteral("Q1 Lane1"));
-    QCOMPARE(combo(d.get(), "PLL_Selection")->currentText(), QStringLiteral("CPLL"));
-    QCOMPARE(combo(d.get(), "comboBox64B_66B_Mode")->currentText(), QStringLiteral("Fabric"));
-    QVERIFY(spin(d.get(), "cmSpinBox")->isEnabled());
-    QCOMPARE(spin(d.get(), "c1SpinBox")->value(), 6);
-    QCOMPARE(widget<QLabel>(d.get(), "c0Lael")->text(), QStringLiteral("29"));
-    QCOMPARE(combo(d.get(), "sdThresholdComboBox")->currentText(), QStringLiteral("150mV"));
-    QCOMPARE(edit(d.get(), "EthernetPointer")->displayText(), QStringLiteral("3F"));
-    QVERIFY(box(d.get(), "checkBoxFFEPorts")->isChecked());
-    QCOMPARE(CpriDialogProbe(d.get()).biasFlag(), 2);
-    QCOMPARE(d->fileName(), QStringLiteral("cpri_0"));
-}
-
-void TestDialogBehaviour::loadingTakesTheQuadBiasFromTheRegistry()
-{
-    Project project(QStringLiteral("DVC-1-C2I1"));
-    IPSERDESIP::serdes::instance()->setData(QStringLiteral("Q1_BIAS"), 12);
-    IPSERDESIP::serdes::instance()->occupyLane(QStringLiteral("Q0 Lane2"));
-    ConfigMap saved = versionOnly();
-    saved.insert(QStringLiteral("Channel_Selection"), QStringLiteral("Q1 Lane0"));
-    saved.insert(QStringLiteral("ifChangedAllOfBias"), true);
-    auto d = std::make_unique<cpridlg>(Project::descriptor(), &project.record, nullptr);
-    QVERIFY(d->setOpening(saved));
-    QCOMPARE(spin(d.get(), "biasSpinBox")->value(), 12);
-    QCOMPARE(CpriDialogProbe(d.get()).biasFlag(), 1);
-
-    // A lane another core took meanwhile is not offered: the first free lane stays.
-    saved.insert(QStringLiteral("Channel_Selection"), QStringLiteral("Q0 Lane2"));
-    auto e = std::make_unique<cpridlg>(Project::descriptor(), &project.record, nullptr);
-    QVERIFY(e->setOpening(saved));
-    QCOMPARE(combo(e.get(), "ChannelSel")->currentText(), QStringLiteral("Q0 Lane0"));
-}
-
-void TestDialogBehaviour::figureFollowsTheChoices()
-{
-    Project project;
-    auto d = project.newDialog();
-    const auto pinNames = [&d] {
-        QStringList names;
-        for (const Utils::PinFigure &pin : d->figurePins())
-            names << pin.name;
-        return names;
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("kept");
+    const char *const rows[][3] = {
+        {"ConfigClkPeriod", "0", "50"},       {"ConfigClkPeriod", "151", "50"},
+        {"ConfigClkPeriod", "150", "150"},    {"ConfigClkPeriod", "1", "1"},
+        {"ConfigClkPeriod", "", "50"},        {"ConfigClkPeriod", "1500", "150"},
+        {"ConfigClkPeriod", "7a", "7"},       {"refClkFreq", "50", "50"},
+        {"refClkFreq", "500", "500"},         {"refClkFreq", "49.99", "122.880"},
+        {"refClkFreq", "500.5", "122.880"},   {"refClkFreq", "", "122.880"},
+        {"refClkFreq", "1000", "100"},        {"refClkFreq", "100.123456789", "100.12345678"},
+        {"ScramblerSeed", "1F", "1F000000"},  {"ScramblerSeed", "80000000", "00000000"},
+        {"ScramblerSeed", "7FFFFFFF", "7FFFFFFF"}, {"EthernetPointer", "13", "14"},
+        {"EthernetPointer", "3F", "3F"},      {"EthernetPointer", "40", "14"},
+        {"EthernetPointer", "3", "30"},       {"HDLCRate", "7", "7"},
+        {"HDLCRate", "8", "2"},               {"HDLCRate", "0", "0"},
     };
-    QVERIFY(!pinNames().contains(QStringLiteral("aux_tx_slot_num_o[5:0]")));
-    QVERIFY(pinNames().contains(QStringLiteral("mii_tx_clk_i")));
-    click(d.get(), {"speedSel1216512"});
-    QVERIFY(pinNames().contains(QStringLiteral("aux_tx_slot_num_o[6:0]")));
-    box(d.get(), "checkBoxDRPPort")->setChecked(true);
-    QCOMPARE(pinNames().last(), QStringLiteral("user_drp_resp_o"));
-    widget<QAbstractButton>(d.get(), "GMII")->click();
-    QVERIFY(pinNames().contains(QStringLiteral("gmii_tx_clk_i")));
-    QVERIFY(!pinNames().contains(QStringLiteral("mii_tx_clk_i")));
+    for (const auto &r : rows)
+        QTest::addRow("%s \"%s\"", r[0], r[1]) << r[0] << r[1] << r[2];
+}
+
+// What a field keeps of an entry once the user leaves it; hexadecimal
+// fields are read as shown, with their blanks as "0".
+void TestDialogBehaviour::fieldRules()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, typed);
+    Project p;
+    auto d = p.create();
+    act(d.get(), field + '=' + typed);
+    QTEST(w<QLineEdit>(d.get(), field)->displayText(), "kept");
+}
+
+void TestDialogBehaviour::tapsAndEqualization_data()
+{
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("shown"); // c0, cm, its range, c1, its range, att, its range, boost, its range
+    QTest::addColumn<int>("warnings");
+    const auto row = [](const char *steps, const char *shown, int warnings) {
+        QTest::newRow(steps) << steps << shown << warnings;
+    };
+    row("ffeModeCombox=Manual", "40 0..19=0 (0~19) 0..19=0 (0~19) 0..10=7- (0~10)- 0..15=9- (0~15)-", 0);
+    row("ffeModeCombox=Manual;cmSpinBox=9;c1SpinBox=10",
+        "21 0..19=9 (0~19) 0..19=10 (0~19) 0..10=7- (0~10)- 0..15=9- (0~15)-", 0);
+    row("ffeModeCombox=Manual;cmSpinBox=10;c1SpinBox=10",
+        "20 0..19=10 (0~19) 0..19=10 (0~19) 0..10=7- (0~10)- 0..15=9- (0~15)-", 1);
+    row("ffeModeCombox=Manual;c1SpinBox=19;cmSpinBox=19;ffeModeCombox=Auto",
+        "40 0..19=0- (0~19)- 0..19=0- (0~19)- 0..10=7- (0~10)- 0..15=9- (0~15)-", 1);
+    row("equalizationModeCombox=Manual;attSpinBox=3;boostSpinBox=12",
+        "40 0..19=0- (0~19)- 0..19=0- (0~19)- 0..10=3 (0~10) 0..15=12 (0~15)", 0);
+    row("equalizationModeCombox=Manual;attSpinBox=3;boostSpinBox=12;equalizationModeCombox=Auto",
+        "40 0..19=0- (0~19)- 0..19=0- (0~19)- 0..10=7- (0~10)- 0..15=9- (0~15)-", 0);
+}
+
+// C0 is 40 less both taps and must stay above 20; "Auto" modes fix the
+// taps at 0 and the equalizer at ATT 7, BOOST 9, and lock the fields.
+void TestDialogBehaviour::tapsAndEqualization()
+{
+    QFETCH(QString, steps);
+    Project p;
+    auto d = p.create();
+    Boxes user;
+    act(d.get(), steps);
+    QStringList shown;
+    for (const char *name : {"c0Lael", "cmSpinBox", "label", "c1SpinBox", "label_2", "attSpinBox",
+                             "label_14", "boostSpinBox", "label_15"})
+        shown << look(w(d.get(), QStringLiteral("IPCPRI__afe_config/") + name));
+    QTEST(shown.join(' '), "shown");
+    QFETCH(int, warnings);
+    QCOMPARE(user.seen(), QStringList(QVector<QString>(warnings, Msg::C0).toList()));
+}
+
+// The quad's bias: the registry's value, else the one accepted in this
+// dialog for the quad, else 7; a new lane asks again.
+void TestDialogBehaviour::biasDefaultsToRegistryThenDialogThenSeven()
+{
+    Project p(QStringLiteral("DVC-1-C2I1"), QStringLiteral("data:Q1_BIAS:12"));
+    auto d = p.create();
+    Boxes user;
+    const char *const steps[][2] = {
+        {"", "7"},
+        {"speedEnable98304;biasSpinBox=11;Calculate;ChannelSel=Q0 Lane1", "11"},
+        {"ChannelSel=Q1 Lane0", "12"},
+        {"biasSpinBox=5;Calculate;ChannelSel=Q1 Lane1", "12"},
+        {"ChannelSel=Q0 Lane2", "11"},
+    };
+    for (const auto &step : steps) {
+        act(d.get(), step[0]);
+        QCOMPARE(w<QSpinBox>(d.get(), "biasSpinBox")->text(), QString(step[1]));
+        QCOMPARE(Probe(d.get()).biasFlag(), 0);
+    }
+    QCOMPARE(user.seen().filter("Question").size(), 2);
+}
+
+void TestDialogBehaviour::portFigure_data()
+{
+    QTest::addColumn<QString>("saved");
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("groups");
+    const QString tail = " control status";
+    const auto row = [](const QString &saved, const char *steps, const QString &groups) {
+        QTest::addRow("%s %s", qPrintable(saved), steps) << saved << steps << groups;
+    };
+    row("", "", "clocks frame mii" + tail);
+    row("", "speedSel3072", "clocks narrow d16 frame mii" + tail);
+    row("", "speedSel6144", "clocks narrow d32 frame mii" + tail);
+    row("", "speedSel98304", "clocks narrow d64 frame mii" + tail);
+    row("", "speedSel101376", "clocks wide d64 frame mii" + tail);
+    row("", "speedSel1216512", "clocks wide d64 frame mii" + tail);
+    row("", "GMII", "clocks frame gmii" + tail);
+    row("", "speedSel1216512;speedEnable101376;RealTimeVendor", "clocks wide d64 frame rtv mii" + tail);
+    row("", "speedSel1216512;speedEnable101376;RealTimeVendor;speedEnable98304",
+        "clocks wide d64 frame mii" + tail);
+    // The 12.16512 Gbps box refreshes nothing: its withdrawal shows at the next refresh.
+    row("", "speedSel1216512;speedEnable1216512;RealTimeVendor;speedEnable98304",
+        "clocks wide d64 frame rtv mii" + tail);
+    row("", "speedSel1216512;speedEnable1216512;RealTimeVendor;speedEnable98304;speedSel1216512",
+        "clocks wide d64 frame mii" + tail);
+    row("", "checkBoxLoopBackPorts", "clocks frame mii" + tail + " loopback drpclk");
+    row("", "checkBoxDRPPort", "clocks frame mii" + tail + " drpclk drp");
+    const char *const hidden[][2] = {{"Differential_Swing_Ports", "swing"}, {"FFE_Ports", "ffe"},
+                                     {"Equalization_Ports", "eq"}, {"BIAS_Ports", "bias"},
+                                     {"PRBS_Pattern_Generator_Ports", "ppg"},
+                                     {"PRBS_Pattern_Checker_Ports", "ppc"}};
+    QString all = "version=1.0;Loopback_Ports=true;DRP_Ports=true";
+    for (const auto &h : hidden) {
+        row(QString("version=1.0;") + h[0] + "=true", "", "clocks frame mii" + tail + ' ' + h[1] + " drpclk");
+        all += QString(';') + h[0] + "=true";
+    }
+    row(all, "", "clocks frame mii" + tail + " loopback swing ffe eq bias ppg ppc drpclk drp");
+}
+
+// The names and order of the symbol's ports; "_i" ports are inputs on the
+// left, "_o" ports outputs on the right, a bit range makes a bus.
+void TestDialogBehaviour::portFigure()
+{
+    QFETCH(QString, saved);
+    QFETCH(QString, steps);
+    QFETCH(QString, groups);
+    Project p;
+    auto d = saved.isEmpty() ? p.create() : p.open(parse(saved));
+    act(d.get(), steps);
+    QStringList expected, names;
+    for (const QString &group : groups.split(' '))
+        expected << PortGroups.value(group).split(' ');
+    for (const Utils::PinFigure &pin : d->figurePins()) {
+        names << pin.name;
+        const bool output = pin.name.section('[', 0, 0).endsWith("_o");
+        QCOMPARE(pin.direction, output ? 1 : 0);
+        QCOMPARE(pin.alignment, output ? Qt::AlignRight : Qt::AlignLeft);
+        QCOMPARE(pin.isBus, pin.name.contains('['));
+    }
+    QCOMPARE(names, expected);
+}
+
+void TestDialogBehaviour::pllList_data()
+{
+    QTest::addColumn<QString>("setup"); // QPLLs other cores set up for 9.8304 Gbps
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("offered");
+    const auto row = [](const char *setup, const char *steps, const char *offered) {
+        QTest::addRow("%s %s", setup, steps) << setup << steps << offered;
+    };
+    row("", "speedEnable98304", "QPLL0 QPLL1 CPLL");
+    row("pll:Q0_QPLL1:9.8304", "speedEnable6144", "QPLL0 CPLL");
+    row("pll:Q0_QPLL0:9.8304;pll:Q0_QPLL1:9.8304", "speedEnable49152", "QPLL0 QPLL1 CPLL");
+    row("pll:Q0_QPLL0:9.8304;pll:Q0_QPLL1:9.8304", "speedEnable6144", "CPLL");
+    row("pll:Q1_QPLL0:9.8304", "speedEnable6144;ChannelSel=Q1 Lane0", "QPLL1 CPLL");
+    row("pll:Q1_QPLL0:9.8304", "speedEnable98304;ChannelSel=Q1 Lane3", "QPLL0 QPLL1 CPLL");
+    row("pll:Q0_QPLL0:9.8304;pll:Q0_QPLL1:9.8304", "speedEnable6144;ChannelSel=Q1 Lane2",
+        "QPLL0 QPLL1 CPLL");
+    row("pll:Q1_QPLL1:9.8304", "speedEnable6144;ChannelSel=Q1 Lane1;speedEnable98304",
+        "QPLL0 QPLL1 CPLL");
+}
+
+// Free QPLLs of the lane's quad, then those set up for the line rate,
+// each once, and "CPLL" last; rebuilt on a new lane or line rate.
+void TestDialogBehaviour::pllList()
+{
+    QFETCH(QString, setup);
+    QFETCH(QString, steps);
+    Project p(QStringLiteral("DVC-1-C2I1"), setup);
+    auto d = p.create();
+    act(d.get(), steps);
+    auto *plls = w<QComboBox>(d.get(), "PLL_Selection");
+    QStringList items;
+    for (int i = 0; i < plls->count(); ++i)
+        items << plls->itemText(i);
+    QTEST(items.join(' '), "offered");
+}
+
+// The reference frequency follows the source; the lane list is appended
+// to, never cleared, when it is refreshed by name.
+void TestDialogBehaviour::clockingFollowsTheRegistry()
+{
+    Project p(QStringLiteral("DVA-1-C2I1"), QStringLiteral("ref:Q0 REFCLK1:245.76:1"));
+    auto d = p.create();
+    act(d.get(), "refClkSource=Q0 REFCLK1;refClkFreq=300");
+    QCOMPARE(look(w(d.get(), "refClkFreq")), "245.76-");
+    act(d.get(), "refClkSource=Q0 REFCLK0");
+    QCOMPARE(look(w(d.get(), "refClkFreq")), "122.880");
+    registry()->occupyLane(QStringLiteral("Q0 Lane1"));
+    act(d.get(), "updateLaneConect()");
+    QCOMPARE(look(w(d.get(), "ChannelSel")),
+             "Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q0 Lane0|Q0 Lane2|Q0 Lane3@Q0 Lane0");
+    QCOMPARE(look(w(d.get(), "PLL_Selection")), "@");
+    Probe probe(d.get());
+    QCOMPARE(probe.freeLanes(), QStringList({"Q0 Lane0", "Q0 Lane2", "Q0 Lane3"}));
+    QCOMPARE(probe.freeLaneCount(), 3);
 }
 
 QTEST_MAIN(TestDialogBehaviour)
