@@ -1,8 +1,8 @@
 #pragma once
 
 // Shared set-up of the dialog tests: a project on one device of the
-// reference host, dialogs made the way the host makes them, a user who
-// clicks, types and answers message boxes, and a look at private state.
+// reference host, a dialog made the way the host makes it, a user who
+// clicks, types and answers message boxes, and what the user then sees.
 
 // The tables spell their texts as plain ASCII literals.
 #undef QT_NO_CAST_FROM_ASCII
@@ -15,15 +15,9 @@
 #include <ipcore/ipcorefunctions.h>
 #include <ipserdes/serdes.h>
 
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QDir>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtWidgets>
 
 #include <memory>
 
@@ -40,10 +34,7 @@ public:
     QStringList freeLanes() const { return d->freeLanes; }
     int freeLaneCount() const { return d->freeLaneCount; }
     QStringList settings() const { return d->serdesSettings; }
-    QList<QStringList> routes() const
-    {
-        return {d->routeLanes, d->routePlls, d->routeRefClocks, d->routeRefFreqs};
-    }
+    QList<QStringList> routes() const { return {d->routeLanes, d->routePlls, d->routeRefClocks, d->routeRefFreqs}; }
     const void *generator() const { return d->serdesGenerator; }
 
 private:
@@ -57,69 +48,107 @@ using Probe = IPCPRI::CpriDialogProbe;
 
 inline IPSERDESIP::serdes *registry() { return IPSERDESIP::serdes::instance(); }
 
+inline QStringList split(const QString &text, char separator = ';')
+{
+    return text.split(QLatin1Char(separator), Qt::SkipEmptyParts);
+}
+
 // "key=value;key=value" as a record of texts (loading converts them).
 inline Record parse(const QString &pairs)
 {
     Record r;
-    for (const QString &pair : pairs.split(QLatin1Char(';'), Qt::SkipEmptyParts))
-        r.insert(pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
+    for (const QString &pair : split(pairs))
+        r.insert(pair.section('=', 0, 0), pair.section('=', 1));
     return r;
 }
 
-// A project on one device, in a scratch working directory.
+// A record as sorted "key=value" lines: ints as "#n", bools as true/false.
+inline QStringList show(const Record &r)
+{
+    QStringList lines;
+    for (auto it = r.cbegin(); it != r.cend(); ++it)
+        lines << it.key() + '=' + (it->type() == QVariant::Int ? "#" : "") + it->toString();
+    return lines;
+}
+
+// The rate boxes in rate order, 0.6144 to 12.16512 Gbps.
+inline const QStringList Rates = split("speedEnable06144 speedEnable12288 speedEnable24576 speedEnable3072 "
+                                       "speedEnable49152 speedEnable6144 speedEnable98304 speedEnable811008 "
+                                       "speedEnable101376 speedEnable1216512", ' ');
+
+// The symbol's ports by group, in drawing order.
+inline const QMap<QString, QString> PortGroups = {
+    {"clocks", "tx_arst_i rx_arst_i cfg_arst_i tx_rst_i rx_rst_i cfg_rst_i tx_clk_i rx_clk_i cfg_clk_i "
+               "aux_tx_slot_last_o"},
+    {"narrow", "aux_tx_slot_num_o[5:0] aux_rx_slot_num_o[5:0]"},
+    {"wide", "aux_tx_slot_num_o[6:0] aux_rx_slot_num_o[6:0]"},
+    {"d16", "iq_tx_req_o[1:0] iq_tx_data_i[15:0] iq_rx_mask_o[1:0] iq_rx_data_o[15:0] rx_data_o[15:0] "
+            "vendor_tx_req_o[4:0] vendor_tx_data_i[39:0] vendor_rx_data_mask_o[4:0] vendor_rx_data_o[39:0]"},
+    {"d32", "iq_tx_req_o[3:0] iq_tx_data_i[31:0] iq_rx_mask_o[3:0] iq_rx_data_o[31:0] rx_data_o[31:0] "
+            "vendor_tx_req_o[9:0] vendor_tx_data_i[79:0] vendor_rx_data_mask_o[9:0] vendor_rx_data_o[79:0]"},
+    {"d64", "iq_tx_req_o[7:0] iq_tx_data_i[63:0] iq_rx_mask_o[7:0] iq_rx_data_o[63:0] rx_data_o[63:0] "
+            "vendor_tx_req_o[15:0] vendor_tx_data_i[127:0] vendor_rx_data_mask_o[15:0] vendor_rx_data_o[127:0]"},
+    {"frame", "aux_tx_hf_num_o[7:0] aux_tx_bf_num_o[7:0] aux_tx_node_bfn_o[11:0] aux_rx_bf_first_w_o "
+              "aux_rx_slot_last_o aux_rx_bf_num_o[7:0] aux_rx_hf_num_o[7:0] tx_bfn_strobe_i tx_bfn_i[11:0] "
+              "rx_bfn_strobe_o rx_bfn_o[11:0] iq_rx_valid_o hdlc_tx_req_o hdlc_tx_data_i hdlc_rx_data_valid_o "
+              "hdlc_rx_data_o"},
+    {"rtv", "up10g_rt_tx_req_o[7:0] up10g_rt_tx_data_i[63:0] up10g_rt_rx_data_o[63:0] up10g_rt_rx_mask_o[7:0] "
+            "up10g_rt_rx_valid_o"},
+    {"mii", "mii_tx_clk_i mii_tx_arst_i mii_tx_rst_i mii_tx_en_i mii_tx_er_i mii_tx_data_i[3:0] tx_buffer_full_o "
+            "mii_rx_clk_i mii_rx_arst_i mii_rx_rst_i mii_rx_en_o mii_rx_data_o[3:0] mii_rx_er_o"},
+    {"gmii", "gmii_tx_clk_i gmii_tx_arst_i gmii_tx_rst_i gmii_tx_en_i gmii_tx_er_i gmii_tx_data_i[7:0] "
+             "gmii_tx_buffer_full_o gmii_rx_clk_i gmii_rx_arst_i gmii_rx_rst_i gmii_rx_data_o[7:0] gmii_rx_en_o "
+             "gmii_rx_er_o"},
+    {"control", "z130_0_tx_rai_i z130_0_tx_sdi_i z130_0_tx_los_i z130_0_tx_lof_i los_i cfg_sel_i cfg_wr_i "
+                "cfg_ena_i cfg_addr_i[11:0] cfg_wdata_i[31:0] serq_rstn_i serq_user_rx_clk_i serq_user_tx_clk_i"},
+    {"status", "z130_0_rx_reset_o z130_0_rx_rai_o z130_0_rx_sdi_o z130_0_rx_los_o z130_0_rx_lof_o local_los_o "
+               "local_lof_o hfnsync_o speed_sel_o[3:0] tx_delay_o[7:0] rx_delay_o[7:0] cfg_rdy_o cfg_rdata_o[31:0] "
+               "serq_pcs_tx_rst_i serq_pcs_rx_rst_i serq_align_link_o serq_k_lock_o serq_pll_ok_o "
+               "serq_pll_ck_ref_o serq_pma_rx_lock_o serq_rx_pcs_clk_o serq_tx_pcs_clk_o vendor_rx_data_valid_o "
+               "serq_rx_fifo_rdusewd_o[4:0] serq_tx_fifo_wrusewd_o[4:0]"},
+    {"loopback", "loopback_en_i loopback_mode_i[1:0]"}, {"swing", "tx_diff_en_i tx_diff_swing_i[3:0]"},
+    {"ffe", "tx_ffe_manual_en_i tx_ffe_cm_i[4:0] tx_ffe_c1_i[4:0]"},
+    {"eq", "rx_eq_manual_en_i rx_eq_att_i[3:0] rx_eq_boost_i[3:0]"},
+    {"bias", "rx_quad_bias_en_i rx_quad_bias_i[3:0]"},
+    {"ppg", "tx_prbs_test_en_i tx_prbs_sel_i[2:0] tx_prbs_insert_err_i"},
+    {"ppc", "rx_prbs_test_en_i rx_prbs_sel_i[2:0] rx_prbs_err_clr_i rx_prbs_err_cnt_o[7:0]"},
+    {"drpclk", "user_drp_clk_o"},
+    {"drp", "user_drp_addr_i[23:0] user_drp_wren_i user_drp_wrdata_i[31:0] user_drp_strb_i[31:0] user_drp_rden_i "
+            "user_drp_ready_o user_drp_rdvld_o user_drp_rddata_o[31:0] user_drp_resp_o"},
+};
+
+// A project on one device, in a scratch working directory. The set-up
+// says what other cores and the file system hold before the dialog opens:
+// "pll:<key>:<Gbps>", "ref:<source>:<MHz>:<users>", "data:<key>:<int>",
+// "folder" (the core's folder exists), "nodir" (the working directory is
+// a plain file), "full" (every lane taken).
 struct Project
 {
-    explicit Project(const QString &deviceId = QStringLiteral("DVA-1-C2I1"),
-                     const QString &setup = QString())
+    explicit Project(const QString &deviceId = "DVA-1-C2I1", const QString &setup = QString())
         : device(Core::IdeCore::deviceDataBase()->findDevice(deviceId))
     {
         registry()->reset();
         registry()->setDevice(device);
         registry()->setWorkingDir(work.path());
-        for (const QString &step : setup.split(QLatin1Char(';'), Qt::SkipEmptyParts))
-            prepare(step.split(QLatin1Char(':')));
+        for (const QString &step : split(setup))
+            prepare(split(step, ':'));
     }
 
-    // What other cores and the file system hold before the dialog opens:
-    // "pll:<key>:<Gbps>", "ref:<source>:<MHz>:<users>", "data:<key>:<int>",
-    // "full" (every lane taken), "folder" (the core's folder exists),
-    // "nodir" (the working directory is a plain file).
     void prepare(const QStringList &s)
     {
-        if (s[0] == QLatin1String("pll"))
+        if (s[0] == "pll")
             QVERIFY(registry()->enablePll(s[1], s[2].toDouble()));
-        else if (s[0] == QLatin1String("ref"))
+        else if (s[0] == "ref")
             QVERIFY(registry()->fixReference(s[1], s[2].toDouble(), s[3].toInt()));
-        else if (s[0] == QLatin1String("data"))
+        else if (s[0] == "data")
             registry()->setData(s[1], s[2].toInt());
-        else if (s[0] == QLatin1String("full"))
+        else if (s[0] == "folder")
+            QDir(work.path()).mkpath("cpri_0");
+        else if (s[0] == "nodir")
+            registry()->setWorkingDir(QCoreApplication::applicationFilePath());
+        else
             for (const QString &lane : registry()->notOccupiedLanes())
                 registry()->occupyLane(lane);
-        else if (s[0] == QLatin1String("folder"))
-            QDir(work.path()).mkpath(QStringLiteral("cpri_0"));
-        else if (s[0] == QLatin1String("nodir"))
-            registry()->setWorkingDir(QCoreApplication::applicationFilePath());
-    }
-
-    std::unique_ptr<cpridlg> create(const Record &info = descriptor())
-    {
-        auto dialog = std::make_unique<cpridlg>(info, &record, nullptr);
-        dialog->setCreating(QStringLiteral("cpri_0"), device);
-        return dialog;
-    }
-
-    std::unique_ptr<cpridlg> open(const Record &saved, bool *opened = nullptr)
-    {
-        auto dialog = std::make_unique<cpridlg>(descriptor(), &record, nullptr);
-        const bool ok = dialog->setOpening(saved);
-        if (opened)
-            *opened = ok;
-        return dialog;
-    }
-
-    static Record descriptor()
-    {
-        return IPCore::processIPInfoSpec(QStringLiteral(CPRI_PACKAGE_DIR "/cpri.ipspec"));
     }
 
     QTemporaryDir work;
@@ -127,14 +156,31 @@ struct Project
     Record record;
 };
 
+// Answers every modal message box with Yes, or No, and notes "title: text".
+struct Boxes
+{
+    explicit Boxes(bool yes = true)
+    {
+        driver.setAnswer(yes ? QMessageBox::Yes : QMessageBox::No);
+        driver.start();
+    }
+    QStringList seen() const
+    {
+        QStringList list;
+        for (const CpriHost::ModalDriver::SeenBox &b : driver.seenBoxes())
+            list << b.title + ": " + b.text;
+        return list;
+    }
+    CpriHost::ModalDriver driver;
+};
+
 // A widget by object name; "parent/name" looks inside the named parent.
 template<typename T = QWidget>
 T *w(QObject *d, const QString &path)
 {
-    QObject *scope = d;
-    if (path.contains(QLatin1Char('/')))
-        scope = d->findChild<QObject *>(path.section(QLatin1Char('/'), 0, 0));
-    T *found = scope ? scope->findChild<T *>(path.section(QLatin1Char('/'), -1)) : nullptr;
+    if (path.contains('/'))
+        d = d->findChild<QObject *>(path.section('/', 0, 0));
+    T *found = d ? d->findChild<T *>(path.section('/', -1)) : nullptr;
     if (!found)
         qFatal("no widget %s", qPrintable(path));
     return found;
@@ -146,10 +192,9 @@ T *w(QObject *d, const QString &path)
 // disabled widget takes nothing from the user.
 inline void act(QObject *d, const QString &steps)
 {
-    for (const QString &step : steps.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QString name = step.section(QLatin1Char('='), 0, 0);
-        const QString value = step.section(QLatin1Char('='), 1);
-        if (name.endsWith(QLatin1String("()"))) {
+    for (const QString &step : split(steps)) {
+        const QString name = step.section('=', 0, 0), value = step.section('=', 1);
+        if (name.endsWith("()")) {
             QVERIFY(QMetaObject::invokeMethod(d, qPrintable(name.chopped(2))));
         } else if (!w(d, name)->isEnabled()) {
             continue;
@@ -167,58 +212,172 @@ inline void act(QObject *d, const QString &steps)
     }
 }
 
-// What a user sees of a widget: its text, items or value, then "-" when
-// disabled, "*" when checked and "^" when hidden.
+// What a user sees of a widget: its text, items ("a|b@current") or range
+// and value, then "*" when checked, "-" when disabled and "^" when hidden.
 inline QString look(QWidget *x)
 {
     QString s;
     if (auto *b = qobject_cast<QAbstractButton *>(x))
-        s = b->text() + QLatin1String(b->isChecked() ? "*" : "");
+        s = b->text() + (b->isChecked() ? "*" : "");
     else if (auto *e = qobject_cast<QLineEdit *>(x))
         s = e->displayText();
     else if (auto *l = qobject_cast<QLabel *>(x))
         s = l->text();
     else if (auto *g = qobject_cast<QGroupBox *>(x))
         s = g->title();
+    else if (auto *n = qobject_cast<QSpinBox *>(x))
+        s = QString("%1..%2=%3").arg(n->minimum()).arg(n->maximum()).arg(n->value());
     else if (auto *c = qobject_cast<QComboBox *>(x)) {
-        QStringList items;
         for (int i = 0; i < c->count(); ++i)
-            items << c->itemText(i);
-        s = items.join(QLatin1Char('|')) + QLatin1Char('@') + c->currentText();
-    } else if (auto *n = qobject_cast<QSpinBox *>(x))
-        s = QStringLiteral("%1..%2=%3").arg(n->minimum()).arg(n->maximum()).arg(n->value());
-    return s + QLatin1String(x->isEnabled() ? "" : "-") + QLatin1String(x->isHidden() ? "^" : "");
+            s += (i ? "|" : "") + c->itemText(i);
+        s += '@' + c->currentText();
+    }
+    return s + (x->isEnabled() ? "" : "-") + (x->isHidden() ? "^" : "");
 }
 
-// Answers every modal message box with one button and notes "title: text".
-struct Boxes
+// The port groups of the symbol (see PortGroups); a port outside them,
+// or one whose side or bus flag does not follow its name, by name.
+inline QString figure(const cpridlg &d)
 {
-    explicit Boxes(QMessageBox::StandardButton answer = QMessageBox::Yes)
-    {
-        driver.setAnswer(answer);
-        driver.start();
+    QStringList names, groups;
+    for (const Utils::PinFigure &pin : d.figurePins()) {
+        const bool output = pin.name.section('[', 0, 0).endsWith("_o");
+        const bool follows = pin.direction == (output ? 1 : 0) && pin.isBus == pin.name.contains('[')
+                             && pin.alignment == (output ? Qt::AlignRight : Qt::AlignLeft);
+        names << (follows ? pin.name : '!' + pin.name);
     }
-    QStringList seen() const
+    for (int i = 0; i < names.size();) {
+        auto group = std::find_if(PortGroups.cbegin(), PortGroups.cend(), [&](const QString &ports) {
+            return names.mid(i, split(ports, ' ').size()) == split(ports, ' ');
+        });
+        groups << (group == PortGroups.cend() ? names[i] : group.key());
+        i += group == PortGroups.cend() ? 1 : split(*group, ' ').size();
+    }
+    return groups.join(' ');
+}
+
+// A dialog for a new core, or opened from a saved record, on a project,
+// with a user who answers its message boxes.
+struct Session : Project
+{
+    explicit Session(const QString &device = "DVA-1-C2I1", const QString &setup = QString(),
+                     const QString &saved = QString(), bool yes = true)
+        : Project(device, setup), user(yes),
+          d(std::make_unique<cpridlg>(IPCore::processIPInfoSpec(CPRI_PACKAGE_DIR "/cpri.ipspec"), &record, nullptr))
+    {
+        if (saved.isEmpty())
+            d->setCreating("cpri_0", Project::device);
+        else
+            opened = d->setOpening(parse(saved));
+    }
+
+    void act(const QString &steps) { ::act(d.get(), steps); }
+
+    // What the user sees of a widget, or of a group of them ("rates",
+    // "classes": "*" checked, "+" enabled, "-" disabled), of the "figure",
+    // the registry's "shared" values and the fixed frequency of the chosen
+    // source ("sourceMHz"), a "record:<key>", whether the dialog was
+    // "opened" or "accepted", and of the dialog's state ("biasFlag",
+    // "freeLanes", the "biasLines" given to the generator).
+    QString see(const QString &name)
+    {
+        QString s;
+        if (name == "rates" || name == "classes") {
+            const QStringList boxes = name == "rates" ? Rates : split("speedSel3072 speedSel6144 speedSel98304 "
+                                                                      "speedSel101376 speedSel1216512", ' ');
+            for (const QString &box : boxes) {
+                auto *b = w<QAbstractButton>(d.get(), box);
+                s += b->isChecked() ? (b->isEnabled() ? '*' : '#') : (b->isEnabled() ? '+' : '-');
+            }
+        } else if (name == "figure") {
+            s = figure(*d);
+        } else if (name == "shared") {
+            s = show(registry()->globalData()).join('|');
+        } else if (name.startsWith("record:")) {
+            s = record.value(name.mid(7), "absent").toString();
+        } else if (name == "accepted" || name == "opened") {
+            s = (name == "opened" ? opened : d->result() == QDialog::Accepted) ? "yes" : "no";
+        } else if (name == "sourceMHz") {
+            s = QString::number(registry()->getFreqByRefsrc(w<QComboBox>(d.get(), "refClkSource")->currentText()));
+        } else if (name == "biasFlag") {
+            s = QString::number(Probe(d.get()).biasFlag());
+        } else if (name == "freeLanes") {
+            s = Probe(d.get()).freeLanes().join('|') + QString(" (%1)").arg(Probe(d.get()).freeLaneCount());
+        } else if (name == "biasLines") {
+            s = Probe(d.get()).settings().filter("_rx_eq_bias").join('|');
+        } else {
+            s = look(w(d.get(), name));
+        }
+        return name + ' ' + s;
+    }
+
+    // "name look" for the names that start the ';'-separated entries.
+    QStringList looks(const QString &entries)
     {
         QStringList list;
-        for (const CpriHost::ModalDriver::SeenBox &b : driver.seenBoxes())
-            list << b.title + QStringLiteral(": ") + b.text;
+        for (const QString &entry : split(entries))
+            list << see(entry.section(' ', 0, 0));
         return list;
     }
-    CpriHost::ModalDriver driver;
+
+    // The boxes seen so far; an expected box ending in "*" matches by its start.
+    QStringList boxes(const QStringList &expected) const
+    {
+        QStringList seen = user.seen();
+        for (int i = 0; i < qMin(seen.size(), expected.size()); ++i)
+            if (expected[i].endsWith('*'))
+                seen[i] = seen[i].left(expected[i].size() - 1) + '*';
+        return seen;
+    }
+
+    Boxes user;
+    std::unique_ptr<cpridlg> d;
+    bool opened = true;
 };
+
+// One case: what the registry and a saved record hold, what the user does
+// (the tag) and answers, then what the user sees and which boxes came up.
+struct Case
+{
+    QString tag, looks, boxes = QString();
+    const char *device = "DVA-1-C2I1";
+    QString setup = QString(), saved = QString();
+    bool yes = true;
+};
+
+inline void check(const Case &c)
+{
+    Session s(c.device, c.setup, c.saved, c.yes);
+    s.act(c.tag);
+    QCOMPARE(s.looks(c.looks), split(c.looks));
+    QCOMPARE(s.boxes(split(c.boxes, '|')), split(c.boxes, '|'));
+    QVERIFY(registry()->pendingRoutes().isEmpty()); // every route tried is freed again
+}
+
+// One test row per case of a table.
+template<size_t N>
+void rows(const Case (&table)[N])
+{
+    QTest::addColumn<int>("row");
+    for (size_t i = 0; i < N; ++i)
+        QTest::addRow("%d %s", int(i), qPrintable(table[i].tag)) << int(i);
+}
+
+template<size_t N>
+void check(const Case (&table)[N])
+{
+    QFETCH(int, row);
+    check(table[row]);
+}
 
 // The texts the dialog shows, as its users read them.
 namespace Msg {
-inline const QString RefClock = QStringLiteral(
-    "Failure: The Expected Reference Clock Pin can not be connected to the Expected PLL");
-inline const QString LineRate = QStringLiteral(
-    "Failure: The Expected Line Rate can not be generated by the Reference Clock Frequency");
-inline const QString C0 = QStringLiteral("Warning: C0 must be greater than 20.");
-inline const QString Succeed = QStringLiteral("Succeed: Succeed");
-inline QString bias(const QString &lanes, int value)
+inline const QString RefClock = "Failure: The Expected Reference Clock Pin can not be connected to the Expected PLL";
+inline const QString LineRate = "Failure: The Expected Line Rate can not be generated by the Reference Clock Frequency";
+inline const QString C0 = "Warning: C0 must be greater than 20.";
+inline const QString Succeed = "Succeed: Succeed";
+inline QString bias(const QString &otherLanes, int value)
 {
-    return QStringLiteral("Question: %1 BIAS will also be changed to %2, whether to accept or not? ")
-        .arg(lanes).arg(value);
+    return QString("Question: %1 BIAS will also be changed to %2, whether to accept or not? ").arg(otherLanes).arg(value);
 }
 } // namespace Msg
