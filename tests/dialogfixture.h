@@ -149,14 +149,15 @@ inline void act(QObject *d, const QString &steps)
 }
 
 // What a user sees of a widget: its text, items ("a|b@current") or range
-// and value, then "*" when checked, "-" when disabled and "^" when hidden.
+// and value, then "*" when checked, "?" when its rule refuses the text as
+// it stands, "-" when disabled and "^" when hidden.
 inline QString look(QWidget *x)
 {
     QString s;
     if (auto *b = qobject_cast<QAbstractButton *>(x))
         s = b->text() + (b->isChecked() ? "*" : "");
     else if (auto *e = qobject_cast<QLineEdit *>(x))
-        s = e->displayText();
+        s = e->displayText() + (e->hasAcceptableInput() ? "" : "?");
     else if (auto *l = qobject_cast<QLabel *>(x))
         s = l->text();
     else if (auto *g = qobject_cast<QGroupBox *>(x))

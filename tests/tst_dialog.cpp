@@ -169,6 +169,7 @@ const Case BiasDefaults[] = {
      Msg::bias("Q1 Lane1, Q1 Lane2, Q1 Lane3", 5) + '|' + Msg::Succeed, Dvc, "data:Q1_BIAS:12"},
     {"speedEnable98304;ChannelSel=Q1 Lane0;biasSpinBox=5;Calculate;ChannelSel=Q1 Lane1", "biasSpinBox 0..15=5",
      Msg::bias("Q1 Lane1, Q1 Lane2, Q1 Lane3", 5) + '|' + Msg::Succeed, Dvc},
+    {"biasSpinBox=5;ChannelSel=Q0 Lane1", "biasSpinBox 0..15=7"},
 };
 
 // The symbol's port groups (see PortGroups); the hidden port boxes are
