@@ -87,6 +87,7 @@ const Case Loading[] = {
      "Initial_Protocol_Version2=true;Channel_Selection=Q0 Lane2;PLL_Selection=QPLL1;Reference_CLK_Source=Q0 REFCLK1;"
      "Reference_CLK_Frequency=153.6;FFEMODE=Manual;FFE_CM=3;FFE_C1=5;FFE_C0=33;Equalization_Mode=Manual;ATT=2;"
      "ifChangedAllOfBias=true"},
+    {"", "rates #+++++++++;lineRate 4.9152-", "", "DVA-1-C2I1", "", "version=1.0;0.6144Gbps=true"},
 };
 
 
