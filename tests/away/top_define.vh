@@ -1,0 +1,1 @@
+`define module_name my_cpri
