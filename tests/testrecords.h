@@ -11,21 +11,15 @@ inline QString u(const char *text) { return QString::fromUtf8(text); }
 inline QStringList lines(const QString &text) { return text.split(u("|"), Qt::SkipEmptyParts); }
 inline QStringList lines(const char *text) { return lines(u(text)); }
 
-// The record with the changes: "true"/"false" give bools, values of integer
-// keys ints, anything else text; "!key" removes the key.
+// The record with the changes, each value of the type its key holds; "!key" removes the key.
 inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap r, const QString &changes)
 {
     for (const QString &change : changes.split(u(";"), Qt::SkipEmptyParts)) {
         const QString key = change.section(u("="), 0, 0).trimmed();
-        const QString text = change.section(u("="), 1);
-        const IPCPRI::Config::KeySpec *spec = IPCPRI::Config::keySpec(key);
-        if (key.startsWith(u("!")))
-            r.remove(key.mid(1));
-        else if (text == u("true") || text == u("false"))
-            r.insert(key, text == u("true"));
-        else
-            r.insert(key, spec && spec->type == IPCPRI::Config::ValueType::Int
-                              ? QVariant(text.toInt()) : QVariant(text));
+        QVariant value = change.section(u("="), 1);
+        if (const IPCPRI::Config::KeySpec *spec = IPCPRI::Config::keySpec(key))
+            value.convert(spec->initial.userType());
+        key.startsWith(u("!")) ? void(r.remove(key.mid(1))) : void(r.insert(key, value));
     }
     return r;
 }

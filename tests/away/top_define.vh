@@ -1,1 +1,0 @@
-`define module_name my_cpri
