@@ -17,8 +17,8 @@ inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap r, const QString &changes)
     for (const QString &change : changes.split(u(";"), Qt::SkipEmptyParts)) {
         const QString key = change.section(u("="), 0, 0).trimmed();
         QVariant value = change.section(u("="), 1);
-        if (const IPCPRI::Config::KeySpec *spec = IPCPRI::Config::keySpec(key))
-            value.convert(spec->initial.userType());
+        if (const IPCPRI::Config::KeySpec *row = IPCPRI::Config::keySpec(key))
+            value.convert(row->initial.userType());
         key.startsWith(u("!")) ? void(r.remove(key.mid(1))) : void(r.insert(key, value));
     }
     return r;

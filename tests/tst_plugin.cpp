@@ -310,9 +310,9 @@ private slots:
             init();
             const QString failing = row.section(u(" "), 0, 0);
             QTemporaryDir bare; // a package without its data folder
-            const QString spec = u("/cpri.ipspec"), blocker = work.path() + u("/ip1/temp");
+            const QString file = u("/cpri.ipspec"), blocker = work.path() + u("/ip1/temp");
             QVERIFY(QDir().mkpath(work.path() + u("/ip1"))
-                    && QFile::copy(u(CPRI_PACKAGE_DIR) + spec, bare.path() + spec));
+                    && QFile::copy(u(CPRI_PACKAGE_DIR) + file, bare.path() + file));
             QVERIFY(failing == u("temp") ? QFile(blocker).open(QIODevice::WriteOnly)
                                          : QDir().mkpath(out() + failing));
             if (failing == u("data"))
