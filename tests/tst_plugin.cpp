@@ -51,10 +51,10 @@ QStringList fileLines(const QString &path)
 QStringList generated(const ConfigMap &r)
 {
     namespace Gen = IPCPRI::Generate;
-    QStringList lines = Gen::topDefines(r) + Gen::coreDefines(r) + Gen::synthesisOptions(r);
-    Serdes::appendLaneSettings(lines, u("q0_ln1"), u("q0"), Serdes::laneInputFromRecord(
+    QStringList all = Gen::topDefines(r) + Gen::coreDefines(r) + Gen::synthesisOptions(r);
+    Serdes::appendLaneSettings(all, u("q0_ln1"), u("q0"), Serdes::laneInputFromRecord(
                                    r, r.value(Config::Key::TargetDevice).toString()));
-    return lines + Gen::referenceClockLines(r) + Gen::quadBiasLines(r);
+    return all + Gen::referenceClockLines(r) + Gen::quadBiasLines(r);
 }
 
 // The output of a program, or what went wrong.
