@@ -278,6 +278,8 @@ struct Session
             s = QString::number(Probe{d.get()}.biasFlag());
         } else if (name == "freeLanes") {
             s = Probe{d.get()}.freeLanes().join('|') + QString(" (%1)").arg(Probe{d.get()}.freeLaneCount());
+        } else if (name == "route") { // what Calculate asked the registry, in order
+            s = registry()->callLog().filter(QRegularExpression("^(FormString|checkAccess|checkRoute|resetLane)")).join(' ');
         } else if (name == "biasLines") {
             s = Probe{d.get()}.settings().filter("_rx_eq_bias").join('|');
         } else {

@@ -55,7 +55,9 @@ const Case Calculate[] = {
                  Msg::Succeed, Msg::Succeed}.join('|')},
     {"speedEnable98304;ChannelSel=Q1 Lane2;biasSpinBox=5;Calculate;Calculate", "biasLines ;sourceMHz 0",
      Msg::bias("Q1 Lane0, Q1 Lane1, Q1 Lane3", 5) + '|' + Msg::Succeed + '|' + Msg::Succeed, Dvc, "", "", false},
-    {"speedEnable98304;onButtonCalculateClicked()", "biasLines q0_rx_eq_bias 7",
+    {"speedEnable98304;onButtonCalculateClicked()", "biasLines q0_rx_eq_bias 7;route FormStringToREFSPtr(q0_refclk0) "
+     "checkAccess(q0_refclk0, Q0_LANE0_RX) checkAccess(q0_refclk0, Q0_LANE0_TX) "
+     "checkRoute([Q0_LANE0], [Q0_QPLL0], [Q0_REFCLK0], [122.880]) resetLane(Q0_LANE0, false)",
      Msg::bias(Q00, 7) + '|' + Msg::Succeed},
     {"speedEnable98304;Calculate", "sourceMHz 122.88", Msg::Succeed, Dvc, "ref:Q0 REFCLK0:122.88:1",
      Saved + "Reference_CLK_Frequency=122.880"},
@@ -63,7 +65,8 @@ const Case Calculate[] = {
      Saved + "Reference_CLK_Frequency=153.6"},
     {"speedEnable98304;Calculate", "sourceMHz 0", Msg::Succeed, Dvc, "ref:Q0 REFCLK0:122.88:0",
      Saved + "Reference_CLK_Frequency=153.6"},
-    {"speedEnable98304;ChannelSel=Q1 Lane0;refClkSource=Q0 REFIN;Calculate", "biasLines q1_rx_eq_bias 7",
+    {"speedEnable98304;ChannelSel=Q1 Lane0;refClkSource=Q0 REFIN;Calculate",
+     "biasLines q1_rx_eq_bias 7;route FormStringToREFSPtr(q0_gpio) checkAccess(q0_gpio, Q1_LANE0_RX)",
      Msg::bias(Q10, 7) + '|' + Msg::RefClock, Dvb},
     {"Calculate", "biasLines ", Msg::bias(Q00, 7) + '|' + Msg::LineRate, Dva, "", "", false},
     // An empty PLL choice: the reference generator's own error lines.
@@ -71,7 +74,7 @@ const Case Calculate[] = {
      Msg::bias(Q00, 7) + "|Failure: Malformed setting line \"q0_ln0_pll_sel \"\nNo lane selects a PLL", Dva, "", "",
      false},
     {"Calculate", "", "", Dva, "full", "version=1.0;Reference_CLK_Source=none"},
-    {"speedEnable98304;Calculate", "", "", Dva, "nodir"},
+    {"speedEnable98304;Calculate", "route FormStringToREFSPtr(q0_refclk0)", "", Dva, "nodir"},
 };
 
 } // namespace
