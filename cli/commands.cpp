@@ -123,9 +123,9 @@ bool occupyOtherCores(PluginHost &host, const QStringList &records, QString &err
         if (!RecordFile::read(path, record, error))
             return false;
         std::unique_ptr<IPSERDESIP::Message> resources(host.protocol()->checkResources(record));
-        if (!registry()->occupy(*resources)) {
-            error = QStringLiteral("%1: its lane %2 is unknown on this device or already held")
-                        .arg(path, resources->laneList.join(QStringLiteral(", ")));
+        IPSERDESIP::Conflict conflict;
+        if (!registry()->occupy(*resources, &conflict)) {
+            error = QStringLiteral("%1: %2").arg(path, conflict.message);
             return false;
         }
     }

@@ -1,42 +1,59 @@
 #pragma once
 
-// Records for the tests: every key at the value a new core starts with,
-// and a typical 9.8304 Gbps core on Q0 Lane1 of a DVA-1 device.
+// Records and expected lines written as compact texts: a change list
+// "key=value; key=value; !key" and a line list "a|b|c".
 
 #include <config/configkeys.h>
 
 namespace TestRecords {
 
-namespace Key = IPCPRI::Config::Key;
+inline QString u(const char *text) { return QString::fromUtf8(text); }
+inline QStringList lines(const QString &text) { return text.split(u("|"), Qt::SkipEmptyParts); }
+inline QStringList lines(const char *text) { return lines(u(text)); }
 
+// The record with the changes, each value of the type its key holds; "!key" removes the key.
+inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap r, const QString &changes)
+{
+    for (const QString &change : changes.split(u(";"), Qt::SkipEmptyParts)) {
+        const QString key = change.section(u("="), 0, 0).trimmed();
+        QVariant value = change.section(u("="), 1);
+        if (const IPCPRI::Config::KeySpec *row = IPCPRI::Config::keySpec(key))
+            value.convert(row->initial.userType());
+        key.startsWith(u("!")) ? void(r.remove(key.mid(1))) : void(r.insert(key, value));
+    }
+    return r;
+}
+inline IPCPRI::ConfigMap with(const IPCPRI::ConfigMap &r, const char *c) { return with(r, u(c)); }
+
+// Every key at the value a new core starts with.
 inline IPCPRI::ConfigMap initial()
 {
     IPCPRI::ConfigMap r;
     for (const IPCPRI::Config::KeySpec &row : IPCPRI::Config::recordKeys())
         r.insert(row.key, row.initial);
-    r.remove(Key::Mode64b66b); // present only from 8.11008 Gbps on
+    r.remove(IPCPRI::Config::Key::Mode64b66b); // present only from 8.11008 Gbps on
     return r;
 }
 
-inline IPCPRI::ConfigMap typical()
+// Every key that generation reads away from its initial value: 12.16512 Gbps
+// on Q1 Lane3 of a DVB-1 device, every flag and every optional port set.
+inline IPCPRI::ConfigMap away()
 {
-    IPCPRI::ConfigMap r = initial();
-    r.insert(Key::TargetDevice, QStringLiteral("DVA-1-C2I1"));
-    r.insert(Key::File, QStringLiteral("ip1"));
-    r.insert(Key::Module, QStringLiteral("cpri_top"));
-    r.insert(Key::ChannelSelection, QStringLiteral("Q0 Lane1"));
-    r.insert(Key::SpeedSel98304, true);
-    r.insert(Key::Rate98304, true);
-    r.insert(Key::LineRate, QStringLiteral("9.83040Gbps"));
-    r.insert(Key::HighestSpeedIndex, 6);
-    r.insert(Key::SpeedEnablesRecord, QStringLiteral("000001000000"));
-    return r;
-}
-
-inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap record, const QString &key, const QVariant &value)
-{
-    record.insert(key, value);
-    return record;
+    return with(initial(),
+        "target_device=DVB-1-C2I1; file=ip1; module=my_cpri; 3.072G_and_Under=true;"
+        "6.144G_and_Under=true; 9.8304G_and_Under=true; 10.1376G_and_Under=true;"
+        "12.16512G_and_Under=true; Config_Clk_Period=150; MII=false; GMII=true;"
+        "Initial_Protocol_Version1=false; Initial_Protocol_Version2=true;"
+        "Initial_Scrambler_Seed=7FFFFFFF; Initial_HDLC_Rate=7; Initial_HDLC_Byte=f;"
+        "Initial_HDLC_Mask=FFFF; Initial_Ethernet_Pointer=3F; Fixed_Config_Enable=true;"
+        "Real_Time_Vendor=true; Master=true; Slave=true; Channel_Selection=Q1 Lane3;"
+        "Line_Rate=12.16512Gbps; Reference_CLK_Source=MCLK; Reference_CLK_Frequency=156.250;"
+        "PLL_Selection=CPLL; Loopback_Mode=LB_FES; 64B_66B_Mode=Fabric; highest_SpeedIndex=10;"
+        "speedEnables_Record=011101111111; DIFFERENTIAL_SWING=228mV; FFEMODE=Manual; FFE_CM=4;"
+        "FFE_C1=3; FFE_C0=33; SD_THRESHOLD=25mV; Equalization_Mode=Manual; ATT=2; BOOST=15;"
+        "Loopback_Ports=true; DRP_Ports=true; PRBS_Pattern_Generator_Ports=true;"
+        "Differential_Swing_Ports=true; FFE_Ports=true; PRBS_Pattern_Checker_Ports=true;"
+        "Equalization_Ports=true; BIAS_Ports=true; ifChangedAllOfBias=true");
 }
 
 } // namespace TestRecords

@@ -1,9 +1,10 @@
-// The reference host's resource registry, generator and file helpers.
+// The reference host's resource registry, its PLL model, the device library and file helpers.
 
-#include <dev/devicedb.h>
 #include <core/idecore.h>
+#include <dev/devicedb.h>
 #include <ipcore/ipcorefunctions.h>
 #include <ipserdes/message.h>
+#include <ipserdes/pllmodel_p.h>
 #include <ipserdes/serdes.h>
 #include <ipserdes/serdesfunctions.h>
 
@@ -11,14 +12,29 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using IPSERDESIP::serdes;
-
 namespace {
 
-serdes *reg()
+IPSERDESIP::serdes *reg() { return IPSERDESIP::serdes::instance(); }
+QString str(const char *text) { return QString::fromLatin1(text); }
+QStringList texts(const QString &joined) { return joined.split(QLatin1Char('|')); }
+
+const QString A = str("a:x"), B = str("b:y");
+// Core a:x holds Q0_LANE1 on Q0_QPLL0 (9.8304 GHz) fed from Q0_REFCLK0 at 122.88 MHz.
+const QString ACore = str("Q0_LANE1 Q0_QPLL0 Q0_REFCLK0 122.88 9.8304");
+
+// A core with one entry "lane PLL reference frequency rate" per comma-separated group.
+IPSERDESIP::Message core(const QString &name, const QString &entries)
 {
-    return serdes::instance();
+    IPSERDESIP::Message m;
+    m.instanceName = name;
+    for (const QString &entry : entries.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        const QStringList f = entry.split(QLatin1Char(' '));
+        m.laneList << f[0], m.pllList << f[1], m.refClockList << f[2], m.refFreqList << f[3], m.lineRates << f[4];
+    }
+    return m;
 }
+
+int refUsers(const char *serdesName) { return reg()->FormStringToREFSPtr(str(serdesName))->userCount; }
 
 } // namespace
 
@@ -27,84 +43,206 @@ class TestRegistry : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void freeLanesFollowTheDeviceAndOtherCores();
-    void routeIsRegisteredUntilReset();
-    void refusedRouteRegistersNothing();
+    void init() { reg()->reset(); }
+    void conflictsNameResourceAndHolder_data();
+    void conflictsNameResourceAndHolder();
+    void sharedResourcesCountTheirUsers();
+    void routeReleasesOnlyWhatItTook();
+    void quadBiasClaims();
+    void callLogFormat();
+    void projectSetUp();
     void globalResetLinesAreOnlyAppended();
+    void dividerSearchReachesEveryRate();
+    void deviceLibrary();
 };
 
-void TestRegistry::init()
+void TestRegistry::conflictsNameResourceAndHolder_data()
 {
+    QTest::addColumn<QString>("entries");  // of core b:y, placed after core a:x
+    QTest::addColumn<QString>("conflict"); // kind|resource|holder|message
+    QTest::addColumn<bool>("routeTaken");  // by checkRoute, which knows no line rate
+    for (const auto &row : std::initializer_list<std::tuple<const char *, const char *, bool>>{
+             {"Q0_LANE1 Q0_CPLL1 Q0_REFCLK0 122.88 2.4576", "lane|Q0_LANE1|a:x|lane Q0_LANE1 is held by a:x", false},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK0 245.76 2.4576", "reference|Q0_REFCLK0|a:x|reference clock "
+                                                            "Q0_REFCLK0 is set to 122.88 MHz by a:x, not 245.76 MHz", false},
+             {"Q0_LANE2 Q0_QPLL0 Q0_REFCLK1 245.76 9.8304",
+              "PLL|Q0_QPLL0|a:x|PLL Q0_QPLL0 is fed from Q0_REFCLK0 by a:x, not from Q0_REFCLK1", false},
+             {"Q0_LANE2 Q0_QPLL0 Q0_REFCLK0 122.88 10.1376",
+              "PLL|Q0_QPLL0|a:x|PLL Q0_QPLL0 is set to 9.8304 GHz by a:x and cannot produce 10.1376 Gbps", true},
+             {"Q0_LANE2 Q0_QPLL1 Q0_REFCLK0 122.88 20", "PLL|Q0_QPLL1||PLL Q0_QPLL1 cannot produce 20 Gbps", true},
+             {"Q0_LANE2 Q1_QPLL0 Q0_REFCLK0 122.88 9.8304", "PLL|Q1_QPLL0||PLL Q1_QPLL0 cannot clock lane Q0_LANE2", false},
+             {"Q0_LANE2 Q0_CPLL2 Q1_REFCLK2 122.88 2.4576",
+              "reference|Q1_REFCLK2||reference clock Q1_REFCLK2 does not reach lane Q0_LANE2", false},
+             {"Q1_LANE2 Q1_CPLL2 Q0_REFIN2 122.88 2.4576",
+              "reference|Q0_REFIN2||reference clock Q0_REFIN2 does not reach lane Q1_LANE2", false},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK1 abc 2.4576",
+              "reference|Q0_REFCLK1||reference clock Q0_REFCLK1 cannot run at 0 MHz", false},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK0 122.88 2.4576,Q2_LANE0 Q0_CPLL0 Q0_REFCLK0 122.88 2.4576",
+              "unknown|Q2_LANE0||lane Q2_LANE0 is not on device DVC-1-C2I1", false},
+             {"Q0_LANE2 Q0_CPLL4 Q0_REFCLK0 122.88 2.4576", "unknown|Q0_CPLL4||PLL \"Q0_CPLL4\" does not exist", false},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK9 122.88 2.4576",
+              "unknown|Q0_REFCLK9||reference clock \"Q0_REFCLK9\" does not exist", false},
+             {"", "unknown|||core b:y names no lane", true}})
+        QTest::newRow(std::get<1>(row)) << str(std::get<0>(row)) << str(std::get<1>(row)) << std::get<2>(row);
+}
+
+void TestRegistry::conflictsNameResourceAndHolder()
+{
+    QFETCH(QString, entries);
+    QFETCH(bool, routeTaken);
+    const char *kinds[] = {"none", "lane", "PLL", "reference", "bias", "unknown"};
+    reg()->setDevice(Core::IdeCore::deviceDataBase()->findDevice(str("DVC-1-C2I1")));
+    QVERIFY(reg()->occupy(core(A, ACore)));
+    const IPSERDESIP::Message b = core(B, entries);
+    IPSERDESIP::Conflict c;
+    QVERIFY(!reg()->occupy(b, &c) && !reg()->occupy(b) && !reg()->release(B)); // it took nothing
+    QTEST(QStringList({str(kinds[c.kind]), c.resource, c.holder, c.message}).join(QLatin1Char('|')), "conflict");
+    QCOMPARE(reg()->checkRoute(b.laneList, b.pllList, b.refClockList, b.refFreqList), routeTaken);
+    QCOMPARE(reg()->pendingRoutes(), routeTaken ? b.laneList : QStringList());
+    reg()->resetLane(b.laneList.value(0), false); // releases the route, never a:x's lane
+    QCOMPARE(reg()->users(str("Q0_QPLL0")) + reg()->users(str("Q0_REFCLK0")) + reg()->occupiedLanes()
+                 + reg()->pendingRoutes(), QStringList({A, A, str("Q0_LANE1")}));
+}
+
+void TestRegistry::sharedResourcesCountTheirUsers()
+{
+    QVERIFY(reg()->occupy(core(A, ACore)) && reg()->occupy(core(B, str("Q0_LANE2 Q0_QPLL0 Q0_REFCLK0 122.880 4.9152"))));
+    QVERIFY(reg()->users(str("Q0_QPLL0")) == QStringList({A, B}) && refUsers("q0_refclk0") == 2);
+    QVERIFY(reg()->release(A) && reg()->checkPllEnable(str("Q0_QPLL0")) && !reg()->checkPLLforQuad0(9.8304).isEmpty());
+    QCOMPARE(reg()->getFreqByRefsrc(str("Q0 REFCLK0")) * refUsers("q0_refclk0"), 122.88);
+    QVERIFY(reg()->release(B) && !reg()->release(B) && !reg()->checkPllEnable(str("Q0_QPLL0")) && !refUsers("q0_refclk0"));
+    QVERIFY(reg()->occupy(core(B, str("Q1_LANE3 Q1_QPLL0 Q0_REFCLK0 245.76 10.1376")))); // freed, set up anew
+    QCOMPARE(reg()->checkPLLforQuad1(5.0688) + reg()->checkPLLforQuad0(10.1376), QStringList{str("QPLL0")});
+    QVERIFY(reg()->enablePll(str("Q1_QPLL1"), 12.16512) && !reg()->enablePll(str("Q1_QPLL1"), 9.8304));
+    QVERIFY(reg()->fixReference(str("Q1 REFCLK0"), 153.6, 2) && !reg()->fixReference(str("Q1 REFCLK0"), 1));
+    QVERIFY(refUsers("q1_refclk0") == 2 && reg()->checkPLLforQuad1(6.08256) == QStringList{str("QPLL1")});
+}
+
+void TestRegistry::routeReleasesOnlyWhatItTook()
+{
+    QVERIFY(reg()->occupy(core(A, ACore)));
+    const QStringList lanes = texts(str("Q0_LANE2|Q0_LANE3|Q1_LANE0|Q1_LANE2"));
+    QVERIFY(reg()->checkRoute(lanes, texts(str("Q0_QPLL0|Q0_CPLL3|Q1_CPLL0|Q1_QPLL1")),
+                              texts(str("Q0_REFCLK0|Q0_REFIN|MCLK|Q0_REFCLK1")), texts(str("122.880|100|100|100"))));
+    QVERIFY(reg()->pendingRoutes() == lanes && reg()->occupiedLanes() == QStringList{str("Q0_LANE1")});
+    QVERIFY(reg()->users(str("Q0_QPLL0")) == QStringList({A, str("a pending route")}) && refUsers("q0_refclk0") == 2);
+    IPSERDESIP::Conflict c;
+    QVERIFY(!reg()->occupy(core(B, str("Q1_LANE0 Q1_CPLL0 MCLK 100 2.4576")), &c));
+    QCOMPARE(c.message, str("lane Q1_LANE0 is held by a pending route"));
+    for (const QString &lane : lanes)
+        reg()->resetLane(lane, false);
+    QVERIFY(reg()->pendingRoutes().isEmpty() && reg()->notOccupiedLanes().size() == 7);
+    QVERIFY(reg()->users(str("Q0_QPLL0")) == QStringList{A} && refUsers("q0_refclk0") == 1);
+}
+
+// Each claim follows a:x's claim of Q0_BIAS = 7: key|holder|value|refusal[|set by setData first].
+void TestRegistry::quadBiasClaims()
+{
+    const QString q0 = str("Q0_BIAS");
+    for (const char *claim : {"Q0_BIAS|b:y|7|", "Q0_BIAS|a:x|9|", "Q1_BIAS|b:y|9|",
+                              "Q0_BIAS|b:y|9|Q0_BIAS is fixed to 7 by a:x, not 9", "Q2_BIAS|b:y|7|\"Q2_BIAS\" is no quad bias",
+                              "Q1_BIAS|b:y|16|Q1_BIAS takes 0 to 15, not 16", "Q1_BIAS|b:y|-1|Q1_BIAS takes 0 to 15, not -1",
+                              "Q0_BIAS|b:y|9|Q0_BIAS is fixed to 7 by the project's shared values, not 9|setData"}) {
+        const QStringList f = texts(str(claim));
+        reg()->reset();
+        if (f.size() > 4)
+            reg()->setData(q0, 7);
+        IPSERDESIP::Conflict c;
+        QVERIFY(reg()->claimQuadBias(q0, 7, A));
+        QVERIFY2(reg()->claimQuadBias(f[0], f[2].toInt(), f[1], &c) == f[3].isEmpty(), claim);
+        QCOMPARE(c.holder + c.message, (f[3].contains(A) ? A : QString()) + f[3]);
+        QCOMPARE(reg()->getData(f[0]).toInt(), f[3].isEmpty() ? f[2].toInt() : f[0] == q0 ? 7 : 0);
+        reg()->release(A); // the value goes with its last holder
+        QCOMPARE(reg()->globalData().contains(q0), f.size() > 4 || (f[1] == B && f[0] == q0 && f[3].isEmpty()));
+        QCOMPARE(reg()->release(B), f[1] == B && f[3].isEmpty());
+        QCOMPARE(reg()->globalData().contains(q0), f.size() > 4);
+    }
+}
+
+void TestRegistry::callLogFormat()
+{
+    QVERIFY(reg()->occupy(core(A, ACore)) && reg()->claimQuadBias(str("Q1_BIAS"), 3, A)); // not logged
+    QStringList settings = texts(str("q0_enable true|x 1"));
+    reg()->notOccupiedLanes(), reg()->checkPLLforQuad0(9.8304), reg()->checkPLLforQuad1(12.16512);
+    reg()->checkPllEnable(str("Q0_QPLL0")), reg()->getFreqByRefsrc(str("Q0 REFCLK0"));
+    reg()->checkAccess(str("q0_refclk0"), str("Q0_LANE0_RX")), reg()->FormStringToREFSPtr(str("q0_refclk0"));
+    reg()->checkRoute(texts(str("Q0_LANE0|Q0_LANE2")), {str("Q0_QPLL0")}, {}, {str("122.880")});
+    reg()->resetLane(str("Q0_LANE0"), false), reg()->resetLane(str("Q0_LANE2"), true), reg()->setData(str("Q0_BIAS"), 7);
+    reg()->getData(str("Q0_BIAS")), reg()->globalData(), reg()->workingDir(), reg()->setGlobalResetEnableParam(settings);
+    QCOMPARE(reg()->callLog(),
+             texts(str("notOccupiedLanes()|checkPLLforQuad0(9.8304)|checkPLLforQuad1(12.16512)|checkPllEnable(Q0_QPLL0)"
+                       "|getFreqByRefsrc(Q0 REFCLK0)|checkAccess(q0_refclk0, Q0_LANE0_RX)|FormStringToREFSPtr(q0_refclk0)"
+                       "|checkRoute([Q0_LANE0, Q0_LANE2], [Q0_QPLL0], [], [122.880])|resetLane(Q0_LANE0, false)"
+                       "|resetLane(Q0_LANE2, true)|setData(Q0_BIAS, 7)|getData(Q0_BIAS)|globalData()|workingDir()"
+                       "|setGlobalResetEnableParam([q0_enable true, x 1])")));
+    reg()->clearCallLog();
+    QVERIFY(reg()->callLog().isEmpty());
+    reg()->globalData(), reg()->reset();
+    QVERIFY(reg()->callLog().isEmpty());
+}
+
+void TestRegistry::projectSetUp()
+{
+    reg()->setWorkingDir(str("/w"));
+    QVERIFY(reg()->workingDir() == str("/w") && reg()->notOccupiedLanes().size() == 8);
+    reg()->setDevice(Core::IdeCore::deviceDataBase()->findDevice(str("DVA-1-C2I1")));
+    QVERIFY(reg()->occupyLane(str("Q0 Lane1")) && !reg()->occupyLane(str("Q1 Lane0")) && !reg()->occupyLane({}));
+    QCOMPARE(reg()->notOccupiedLanes(), texts(str("Q0 Lane0|Q0 Lane2|Q0 Lane3")));
+    for (const char *access : {"Q1_LANE0_RX", "Q0_LANE0_XX", "Q0_LANE4_RX", "Q0_LANE0"})
+        QVERIFY2(!reg()->checkAccess(str("q0_refclk0"), str(access)), access);
+    using namespace IPSERDESIP;
+    QStringList names;
+    for (const char *ref : {"Q1 REFCLK2", "Q0 REFIN0", "Q0 REFIN", "MCLK", "Q2 REFCLK0", "Q0 REFCLK4", "Q0 REFIN4"})
+        names << FromRefOptionToRef(str(ref)) << refsrcOptTransforSerdesName(str(ref));
+    QCOMPARE(names, texts(str("Q1_REFCLK2|q1_refclk2|Q0_REFIN0|q0_gpio0|Q0_REFIN|q0_gpio|MCLK|mclk||||||")));
+    QString message; // a host without synthesis tool only looks for the sources
+    QVERIFY(waitForRunSyntheSis({}, {}, {}, {}, str("c"), message, nullptr) && message.contains(str("no device")));
+    QVERIFY(!waitForRunSyntheSis({}, {}, {}, texts(str("a|b")), str("c"), message, nullptr) && message.contains(str("a, b")));
     reg()->reset();
-}
-
-void TestRegistry::freeLanesFollowTheDeviceAndOtherCores()
-{
-    QCOMPARE(reg()->notOccupiedLanes().size(), 8);
-    reg()->setDevice(Core::IdeCore::deviceDataBase()->findDevice(QStringLiteral("DVA-1-C2I1")));
-    QCOMPARE(reg()->notOccupiedLanes(),
-             QStringList({QStringLiteral("Q0 Lane0"), QStringLiteral("Q0 Lane1"),
-                          QStringLiteral("Q0 Lane2"), QStringLiteral("Q0 Lane3")}));
-    QVERIFY(reg()->occupyLane(QStringLiteral("Q0 Lane1")));
-    QVERIFY(!reg()->occupyLane(QStringLiteral("Q0 Lane1")));
-    QVERIFY(!reg()->occupyLane(QStringLiteral("Q1 Lane0"))); // not on this device
-    QCOMPARE(reg()->notOccupiedLanes().size(), 3);
-    QVERIFY(!reg()->notOccupiedLanes().contains(QStringLiteral("Q0 Lane1")));
-    reg()->resetLane(QStringLiteral("Q0_LANE1"), false);
-    QCOMPARE(reg()->notOccupiedLanes().size(), 4);
-}
-
-void TestRegistry::routeIsRegisteredUntilReset()
-{
-    const QStringList lanes{QStringLiteral("Q0_LANE2")};
-    QVERIFY(reg()->checkRoute(lanes, {QStringLiteral("Q0_CPLL2")}, {QStringLiteral("Q0_REFCLK0")},
-                              {QStringLiteral("122.88")}));
-    QCOMPARE(reg()->pendingRoutes(), lanes);
-    QCOMPARE(reg()->getFreqByRefsrc(QStringLiteral("Q0 REFCLK0")), 122.88);
-    QVERIFY(!reg()->notOccupiedLanes().contains(QStringLiteral("Q0 Lane2")));
-    reg()->resetLane(QStringLiteral("Q0_LANE2"), false);
-    QVERIFY(reg()->pendingRoutes().isEmpty());
-    QCOMPARE(reg()->getFreqByRefsrc(QStringLiteral("Q0 REFCLK0")), 0.0);
-    QCOMPARE(reg()->notOccupiedLanes().size(), 8);
-}
-
-void TestRegistry::refusedRouteRegistersNothing()
-{
-    QVERIFY(reg()->fixReference(QStringLiteral("Q0 REFCLK0"), 100));
-    // The reference already runs at another frequency.
-    QVERIFY(!reg()->checkRoute({QStringLiteral("Q0_LANE0")}, {QStringLiteral("Q0_QPLL0")},
-                               {QStringLiteral("Q0_REFCLK0")}, {QStringLiteral("122.88")}));
-    // A PLL of the other quad.
-    QVERIFY(!reg()->checkRoute({QStringLiteral("Q0_LANE0")}, {QStringLiteral("Q1_QPLL0")},
-                               {QStringLiteral("Q0_REFCLK1")}, {QStringLiteral("122.88")}));
-    QVERIFY(reg()->pendingRoutes().isEmpty());
-
-    // Another core's resources, from its resource record.
-    IPSERDESIP::Message other;
-    other.laneList << QStringLiteral("Q0_LANE3");
-    other.pllList << QStringLiteral("Q0_QPLL1");
-    other.refClockList << QStringLiteral("Q0_REFCLK1");
-    other.refFreqList << QStringLiteral("153.6");
-    other.lineRates << QStringLiteral("10.1376");
-    QVERIFY(reg()->occupy(other));
-    QVERIFY(reg()->checkPllEnable(QStringLiteral("Q0_QPLL1")));
-    QCOMPARE(reg()->getFreqByRefsrc(QStringLiteral("Q0 REFCLK1")), 153.6);
-    QCOMPARE(reg()->occupiedLanes(), other.laneList);
-    QVERIFY(!reg()->occupy(other));
+    QVERIFY(reg()->device().isNull() && reg()->workingDir() == QDir::currentPath());
 }
 
 void TestRegistry::globalResetLinesAreOnlyAppended()
 {
-    const QStringList before = {QStringLiteral("q1_ln0_enable true"), QStringLiteral("q1_enable true"),
-                                QStringLiteral("q0_enable true")};
-    QStringList settings = before;
-    reg()->setGlobalResetEnableParam(settings);
-    reg()->setGlobalResetEnableParam(settings);
-    QCOMPARE(settings.mid(0, before.size()), before);
-    QCOMPARE(settings.mid(before.size()),
-             QStringList({QStringLiteral("q1_global_reset_en true"),
-                          QStringLiteral("q0_global_reset_en true")}));
+    const QString before = str("q1_ln0_enable true|q1_enable true|q0_enable true");
+    QStringList settings = texts(before);
+    reg()->setGlobalResetEnableParam(settings), reg()->setGlobalResetEnableParam(settings);
+    QCOMPARE(settings, texts(before + str("|q1_global_reset_en true|q0_global_reset_en true")));
+}
+
+// Every line rate from either reference on either QPLL: VCO = reference * N / M, rate = VCO / D.
+void TestRegistry::dividerSearchReachesEveryRate()
+{
+    using namespace IPSERDESIP::Internal;
+    for (double rate : {0.6144, 1.2288, 2.4576, 3.072, 4.9152, 6.144, 9.8304, 8.11008, 10.1376, 12.16512}) {
+        for (const PllType *type : {pllType(str("QPLL0")), pllType(str("QPLL1"))}) {
+            for (double ref : {122.88, 245.76}) {
+                const std::optional<PllSetting> s = findSetting(*type, ref, rate);
+                QVERIFY2(s, qPrintable(QStringLiteral("%1 %2 %3").arg(type->name).arg(rate).arg(ref)));
+                QVERIFY(qFuzzyCompare(ref * s->n / s->m / 1000.0, s->vcoGHz) && qFuzzyCompare(s->vcoGHz / s->d, rate)
+                        && (s->d & (s->d - 1)) == 0); // output dividers are powers of two
+                QVERIFY(type->vcoMinGHz <= s->vcoGHz && s->vcoGHz <= type->vcoMaxGHz && producesRate(*type, s->vcoGHz, rate)
+                        && !producesRate(*type, s->vcoGHz, rate * 1.001));
+                QCOMPARE(vcoForRate(*type, rate), std::optional<double>(s->vcoGHz));
+            }
+            QVERIFY(!findSetting(*type, 0.0, rate) && vcoForRate(*type, type->vcoMinGHz) && vcoForRate(*type, type->vcoMaxGHz));
+        }
+    }
+    QVERIFY(findSetting(*pllType(str("CPLL")), 122.88, 3.072) && findSetting(*pllType(str("CPLL")), 122.88, 0.6144));
+}
+
+void TestRegistry::deviceLibrary()
+{
+    const QStringList all = texts(str("Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q1 Lane0|Q1 Lane1|Q1 Lane2|Q1 Lane3"));
+    for (const char *row : {"DVA-1-C2I1|DVA-1|C2/I1|1", "DVA-2-I2|DVA-2|I2|2", "DVB-1-C2I1|DVB-1|C2/I1|1",
+                            "DVB-4-C1|DVB-4|C1|2", "DVC-1-C2I1|DVC-1|C2/I1|2", "DVC-2-I2|DVC-2|I2|1"}) {
+        const QStringList f = texts(str(row));
+        const DEV::DeviceArg expected(f[0], f[1], f[2], all.mid(0, 4 * f[3].toInt()));
+        QCOMPARE(Core::IdeCore::deviceDataBase()->findDevice(f[0]), expected);
+        QVERIFY(expected != DEV::DeviceArg(f[0], f[1], f[2], all.mid(4)) && !expected.isNull());
+        QCOMPARE(DEV::DeviceDb({expected}).findDevice(f[0]).condition(), f[2]);
+    }
+    QVERIFY(Core::IdeCore::deviceDataBase()->findDevice(str("DVC-1")).isNull());
 }
 
 QTEST_MAIN(TestRegistry)

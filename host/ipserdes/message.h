@@ -24,10 +24,6 @@ public:
     QStringList lineRates;
     QStringList auxList1;
     QStringList auxList2;
-
-    // Filled by the host when it checks the record against the registry.
-    bool checked = false;
-    QStringList conflicts;
 };
 
 } // namespace IPSERDESIP
