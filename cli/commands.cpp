@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include "jsonoutput.h"
 #include "modaldriver.h"
 #include "pluginhost.h"
 #include "recordfile.h"
@@ -36,20 +37,10 @@ namespace {
 
 const QString DefaultInstanceName = QStringLiteral("cpri_0");
 
-void print(const QJsonDocument &doc)
-{
-    QTextStream(stdout) << doc.toJson(QJsonDocument::Indented);
-}
-
 int fail(const QString &message, int code = BadInput)
 {
-    QTextStream(stderr) << "cpri-host: " << message << '\n';
+    warn(message);
     return code;
-}
-
-QJsonArray toArray(const QStringList &list)
-{
-    return QJsonArray::fromStringList(list);
 }
 
 IPSERDESIP::serdes *registry()
@@ -189,6 +180,20 @@ bool filesDiffer(const QVector<Job> &jobs, QString &error)
     return true;
 }
 
+// The protocol object keeps the device it first generated for, as a
+// project's cores share one: the records of a run must name one device.
+bool oneDevice(const QVector<Job> &jobs, QString &error)
+{
+    for (const Job &job : jobs) {
+        if (job.device.id() != jobs.first().device.id()) {
+            error = QStringLiteral("%1 and %2 name different devices; generate each device's cores in a run "
+                                   "of their own").arg(jobs.first().path, job.path);
+            return false;
+        }
+    }
+    return true;
+}
+
 // Runs lock their cores' folders in the order of the file names, so that two
 // runs sharing cores never wait for each other in a circle.
 QVector<int> lockOrder(const QVector<Job> &jobs)
@@ -240,6 +245,34 @@ QStringList saveScreenshots(QDialog *dialog, const QString &dir)
 
 } // namespace
 
+bool generateCore(PluginHost &host, const QMap<QString, QVariant> &record, bool synthesize,
+                  QJsonObject &result, QString &error, int &code)
+{
+    QStringList settings, projectFiles, synthesisOptions;
+    QString synthesisMessage;
+    if (!host.protocol()->generate(record, settings, projectFiles, synthesisOptions,
+                                   synthesisMessage, synthesize)) {
+        error = generationFailure(synthesize, synthesisMessage);
+        code = Failed;
+        return false;
+    }
+    // The settings must pass the check the transceiver generator makes of them.
+    const QStringList problems = IPSERDESIP::generator::checkSettings(settings);
+    if (!problems.isEmpty()) {
+        error = problems.first();
+        code = BadInput;
+        return false;
+    }
+    result = QJsonObject{
+        {QStringLiteral("ok"), true},
+        {QStringLiteral("serdesSettings"), toArray(settings)},
+        {QStringLiteral("synthesisOptions"), toArray(synthesisOptions)},
+    };
+    if (synthesize)
+        result.insert(QStringLiteral("synthesisMessage"), synthesisMessage);
+    return true;
+}
+
 int runInfo(PluginHost &host)
 {
     IPSERDESIP::BaseProtocol *protocol = host.protocol();
@@ -287,7 +320,7 @@ int runGenerate(PluginHost &host, const Options &options)
             return fail(error);
         jobs << job;
     }
-    if (!filesDiffer(jobs, error))
+    if (!filesDiffer(jobs, error) || !oneDevice(jobs, error))
         return fail(error);
 
     // Each core's files appear together once every record has generated
@@ -297,25 +330,11 @@ int runGenerate(PluginHost &host, const Options &options)
         Job &job = jobs[i];
         if (!prepareProject(host, options, job.device, error))
             return fail(error);
-        QStringList settings, projectFiles, synthesisOptions;
-        QString synthesisMessage;
         // The set takes the folder the plug-in creates next.
         sets[size_t(i)] = std::make_unique<IPCore::OutputSet>();
-        if (!host.protocol()->generate(job.record, settings, projectFiles, synthesisOptions,
-                                       synthesisMessage, options.synthesize))
-            return fail(QStringLiteral("%1: %2").arg(job.path, generationFailure(options.synthesize,
-                                                                              synthesisMessage)),
-                        Failed);
-        const QStringList problems = IPSERDESIP::generator::checkSettings(settings);
-        if (!problems.isEmpty())
-            return fail(QStringLiteral("%1: %2").arg(job.path, problems.first()));
-        job.result = QJsonObject{
-            {QStringLiteral("ok"), true},
-            {QStringLiteral("serdesSettings"), toArray(settings)},
-            {QStringLiteral("synthesisOptions"), toArray(synthesisOptions)},
-        };
-        if (options.synthesize)
-            job.result.insert(QStringLiteral("synthesisMessage"), synthesisMessage);
+        int code = Success;
+        if (!generateCore(host, job.record, options.synthesize, job.result, error, code))
+            return fail(QStringLiteral("%1: %2").arg(job.path, error), code);
     }
     for (size_t i = 0; i < sets.size(); ++i) {
         if (!sets.at(i)->commit())

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QJsonObject>
+#include <QMap>
 #include <QStringList>
+#include <QVariant>
 
 namespace CpriHost {
 
@@ -29,6 +32,12 @@ int runDevices(PluginHost &host);
 int runGenerate(PluginHost &host, const Options &options);
 int runResources(PluginHost &host, const Options &options);
 int runDialog(PluginHost &host, const Options &options);
+int runProject(PluginHost &host, const Options &options);
+
+// Generates a record that passed its checks, into the output set the caller
+// opened for it. False with the reason and the exit code when it fails.
+bool generateCore(PluginHost &host, const QMap<QString, QVariant> &record, bool synthesize,
+                  QJsonObject &result, QString &error, int &code);
 
 enum ExitCode { Success = 0, Failed = 1, BadInput = 2 };
 

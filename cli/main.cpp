@@ -31,6 +31,11 @@ const char Description[] =
     "                                against what the core's dialog would write; a core's\n"
     "                                files are replaced together, or not at all\n"
     "  resources RECORD.json         the transceiver resources the record occupies\n"
+    "  project PROJECT.json [--workdir DIR]\n"
+    "                                places the project's cores on its device in order,\n"
+    "                                reports each conflict (lane, PLL, reference clock,\n"
+    "                                quad BIAS or folder, and the earlier core holding it)\n"
+    "                                and generates the cores that fit\n"
     "  dialog [--device ID] [--edit RECORD.json] [--out RECORD.json]\n"
     "         [--accept] [--screenshot DIR]\n"
     "                                runs the core's dialog and prints the accepted record\n"
@@ -85,7 +90,7 @@ int parse(const QStringList &arguments, Parsed &parsed)
     parser.addOptions({workDir, synthesize, device, edit, out, accept, screenshot, occupy, shared,
                        plugin});
     parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("info, devices, generate, resources or dialog"));
+                                 QStringLiteral("info, devices, generate, resources, dialog or project"));
 
     if (!parser.parse(arguments)) {
         QTextStream(stderr) << "cpri-host: " << parser.errorText() << '\n';
@@ -121,7 +126,7 @@ int run(const Parsed &parsed)
     const Options &o = parsed.options;
     const QStringList commands = {QStringLiteral("info"), QStringLiteral("devices"),
                                   QStringLiteral("generate"), QStringLiteral("resources"),
-                                  QStringLiteral("dialog")};
+                                  QStringLiteral("dialog"), QStringLiteral("project")};
     if (!commands.contains(o.command)) {
         QTextStream(stderr) << "cpri-host: unknown command \"" << o.command << "\" (try --help)\n";
         return BadInput;
@@ -139,6 +144,8 @@ int run(const Parsed &parsed)
         return runGenerate(host, o);
     if (o.command == QLatin1String("resources"))
         return runResources(host, o);
+    if (o.command == QLatin1String("project"))
+        return runProject(host, o);
     return runDialog(host, o);
 }
 
