@@ -20,6 +20,9 @@ struct LaneClocking
     double refMHz = 0.0;
 };
 
+// The lane's PLL choice is the setting "<lane>_pll_sel".
+const QLatin1String PllSelectSuffix("_pll_sel");
+
 // A setting value as a finite number; false for anything else ("nan", "inf").
 bool readNumber(const QString &value, double &number)
 {
@@ -42,8 +45,8 @@ LaneClocking readClocking(const QStringList &settings, QStringList &errors)
         }
         const QString name = match.captured(1);
         const QString value = match.captured(2);
-        if (name.endsWith(QLatin1String("_pll_sel"))) {
-            clocking.lanePrefix = name.chopped(int(qstrlen("_pll_sel")));
+        if (name.endsWith(PllSelectSuffix)) {
+            clocking.lanePrefix = name.chopped(PllSelectSuffix.size());
             clocking.pll = value;
         } else if (name.endsWith(QLatin1String("_tx_rate"))) {
             if (!readNumber(value, clocking.rateGbps))
