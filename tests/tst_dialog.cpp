@@ -35,7 +35,8 @@ private slots:
 void TestDialog::emptyDescriptorGivesEmptyFrame()
 {
     Project project;
-    auto dialog = project.newDialog({});
+    auto dialog = std::make_unique<cpridlg>(QMap<QString, QVariant>(), &project.record, nullptr);
+    dialog->setCreating(QString(), project.device);
     QCOMPARE(dialog->fileName(), QString());
     QCOMPARE(dialog->moduleName(), QString());
     auto *tabs = dialog->findChild<QTabWidget *>();

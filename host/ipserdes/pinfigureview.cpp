@@ -4,53 +4,23 @@
 #include <QFontMetrics>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPalette>
 
 #include <algorithm>
 
 namespace IPSERDESIP {
 
-namespace {
-
-constexpr int kMargin = 10;         // around the whole symbol
-constexpr int kPinLength = 24;      // length of a port wire outside the body
-constexpr int kTextGap = 6;         // between the body's edge and a port name
-constexpr int kMiddleGap = 20;      // between the left and the right names
-constexpr int kTitlePadding = 16;   // left and right of the title
-constexpr int kMinBodyWidth = 120;
-constexpr int kMinBodyRows = 2;     // an empty symbol still shows a body
-constexpr int kBottomPadding = 8;
-constexpr int kRowPadding = 6;
-constexpr int kTitleRowPadding = 12;
-constexpr int kSlashHalf = 4;       // half size of the bus slash
-
-int widestName(const QFontMetrics &metrics, const QList<Utils::PinFigure> &pins,
-               const QVector<int> &indices)
-{
-    int widest = 0;
-    for (int index : indices)
-        widest = std::max(widest, metrics.horizontalAdvance(pins.at(index).name));
-    return widest;
-}
-
-} // namespace
+// All distances of the symbol come from its font: the average character
+// width spaces the parts, a port wire is as long as a text line is high,
+// and a wire meets its name at the height of the font's strike-out line.
 
 PinFigureView::PinFigureView(QWidget *parent)
     : QWidget(parent)
-    , m_bodyPen(QColor(50, 50, 50), 2)
-    , m_wirePen(QColor(30, 30, 30), 1)
-    , m_busPen(QColor(20, 60, 160), 3)
-    , m_slashPen(QColor(20, 60, 160), 1)
-    , m_textPen(QColor(20, 20, 20))
-    , m_bodyBrush(QColor(238, 244, 252))
 {
     setObjectName(QStringLiteral("pinFigureView"));
     setAutoFillBackground(true);
-    QPalette pal = palette();
-    pal.setColor(QPalette::Window, Qt::white);
-    setPalette(pal);
+    setBackgroundRole(QPalette::Base);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    updateFonts();
+    measureFont();
     relayout();
 }
 
@@ -58,6 +28,8 @@ PinFigureView::~PinFigureView() = default;
 
 void PinFigureView::setPins(const QList<Utils::PinFigure> &pins)
 {
+    if (pins == m_pins)
+        return;
     m_pins = pins;
     relayout();
 }
@@ -72,7 +44,7 @@ void PinFigureView::setTitle(const QString &title)
     if (title == m_title)
         return;
     m_title = title;
-    relayout();
+    measureTitle();
 }
 
 QString PinFigureView::title() const
@@ -83,6 +55,16 @@ QString PinFigureView::title() const
 QString PinFigureView::defaultTitle()
 {
     return QStringLiteral("cpri");
+}
+
+QStringList PinFigureView::inputNames() const
+{
+    return names(m_inputs);
+}
+
+QStringList PinFigureView::outputNames() const
+{
+    return names(m_outputs);
 }
 
 int PinFigureView::inputCount() const
@@ -98,7 +80,7 @@ int PinFigureView::outputCount() const
 QSize PinFigureView::sizeHint() const
 {
     const QRect body = bodyRect();
-    return QSize(body.width() + 2 * (kMargin + kPinLength), body.height() + 2 * kMargin);
+    return QSize(body.right() + m_wireLength + m_spacing, body.bottom() + m_spacing);
 }
 
 QSize PinFigureView::minimumSizeHint() const
@@ -110,39 +92,77 @@ void PinFigureView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
-        updateFonts();
+        m_textWidths.clear();
+        measureFont();
         relayout();
     }
 }
 
-void PinFigureView::updateFonts()
+// The title changes the body's width only; it is measured on its own.
+void PinFigureView::measureTitle()
+{
+    const QSize before = sizeHint();
+    m_titleWidth = QFontMetrics(m_titleFont).horizontalAdvance(title());
+    fitSize(before);
+}
+
+void PinFigureView::fitSize(const QSize &before)
+{
+    if (sizeHint() != before) {
+        updateGeometry();
+        resize(sizeHint());
+    }
+    update();
+}
+
+void PinFigureView::measureFont()
 {
     m_titleFont = font();
     m_titleFont.setBold(true);
-    if (m_titleFont.pointSizeF() > 0)
-        m_titleFont.setPointSizeF(m_titleFont.pointSizeF() + 1);
+    const QFontMetrics metrics(font());
+    m_spacing = metrics.averageCharWidth();
+    m_rowHeight = metrics.height() + m_spacing;
+    m_wireLength = m_rowHeight;
+    m_ascent = metrics.ascent();
+    m_titleHeight = QFontMetrics(m_titleFont).height() + m_spacing + m_spacing;
+    m_titleWidth = QFontMetrics(m_titleFont).horizontalAdvance(title());
 }
 
-// Sorts the ports to their sides and measures everything painting needs.
+int PinFigureView::textWidth(const QString &name)
+{
+    const auto known = m_textWidths.constFind(name);
+    if (known != m_textWidths.cend())
+        return known.value();
+    const int width = fontMetrics().horizontalAdvance(name);
+    m_textWidths.insert(name, width);
+    return width;
+}
+
+// Sorts the ports to their sides and takes the widths painting needs; the
+// widget is resized only when the symbol's size changes.
 void PinFigureView::relayout()
 {
+    const QSize before = sizeHint();
     m_inputs.clear();
     m_outputs.clear();
-    for (int i = 0; i < m_pins.size(); ++i)
-        (m_pins.at(i).direction == 0 ? m_inputs : m_outputs).append(i);
+    m_leftTextWidth = 0;
+    m_rightTextWidth = 0;
+    for (int i = 0; i < m_pins.size(); ++i) {
+        const Row row{i, textWidth(m_pins.at(i).name)};
+        const bool input = m_pins.at(i).direction == 0;
+        (input ? m_inputs : m_outputs).append(row);
+        int &widest = input ? m_leftTextWidth : m_rightTextWidth;
+        widest = std::max(widest, row.textWidth);
+    }
+    fitSize(before);
+}
 
-    const QFontMetrics metrics(font());
-    m_rowHeight = metrics.height() + kRowPadding;
-    m_leftTextWidth = widestName(metrics, m_pins, m_inputs);
-    m_rightTextWidth = widestName(metrics, m_pins, m_outputs);
-
-    const QFontMetrics titleMetrics(m_titleFont);
-    m_titleHeight = titleMetrics.height() + kTitleRowPadding;
-    m_titleWidth = titleMetrics.horizontalAdvance(title());
-
-    updateGeometry();
-    resize(sizeHint());
-    update();
+QStringList PinFigureView::names(const QVector<Row> &side) const
+{
+    QStringList list;
+    for (const Row &row : side)
+        list << m_pins.at(row.pin).name;
+    return list;
 }
 
 int PinFigureView::rowCount() const
@@ -152,35 +172,28 @@ int PinFigureView::rowCount() const
 
 int PinFigureView::rowsTop() const
 {
-    return kMargin + m_titleHeight;
+    return m_spacing + m_titleHeight;
 }
 
-int PinFigureView::rowCentre(int row) const
-{
-    return rowsTop() + row * m_rowHeight + m_rowHeight / 2;
-}
-
+// The body holds the title row above the rows of port names, each side's
+// names a spacing away from its edge and the two sides a wire length apart.
 QRect PinFigureView::bodyRect() const
 {
-    const int namesWidth = 2 * kTextGap + m_leftTextWidth + kMiddleGap + m_rightTextWidth;
-    const int width = std::max({kMinBodyWidth, m_titleWidth + 2 * kTitlePadding, namesWidth});
-    const int rows = std::max(rowCount(), kMinBodyRows);
-    const int height = m_titleHeight + rows * m_rowHeight + kBottomPadding;
-    return QRect(kMargin + kPinLength, kMargin, width, height);
+    const int names = m_spacing + m_leftTextWidth + m_wireLength + m_rightTextWidth + m_spacing;
+    const int width = std::max(names, m_spacing + m_titleWidth + m_spacing);
+    const int height = m_titleHeight + rowCount() * m_rowHeight + m_spacing;
+    return QRect(m_spacing + m_wireLength, m_spacing, width, height);
 }
 
 void PinFigureView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing, true);
     drawBody(painter);
 
-    // Only the rows that intersect the exposed area are drawn.
+    // Only the rows that meet the exposed area are drawn.
     const QRect exposed = event->rect();
-    const int firstRow = std::max(0, (exposed.top() - rowsTop()) / m_rowHeight - 1);
-    const int lastRow = (exposed.bottom() - rowsTop()) / m_rowHeight + 1;
-    if (lastRow < 0)
-        return;
+    const int firstRow = std::max(0, (exposed.top() - rowsTop()) / m_rowHeight);
+    const int lastRow = (exposed.bottom() - rowsTop()) / m_rowHeight;
     painter.setFont(font());
     drawSide(painter, m_inputs, true, firstRow, lastRow);
     drawSide(painter, m_outputs, false, firstRow, lastRow);
@@ -189,49 +202,41 @@ void PinFigureView::paintEvent(QPaintEvent *event)
 void PinFigureView::drawBody(QPainter &painter) const
 {
     const QRect body = bodyRect();
-    painter.setPen(m_bodyPen);
-    painter.setBrush(m_bodyBrush);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.setBrush(palette().brush(QPalette::AlternateBase));
     painter.drawRect(body);
-
-    const QRect titleRect(body.x(), body.y(), body.width(), m_titleHeight);
-    painter.drawLine(titleRect.x(), titleRect.y() + titleRect.height(),
-                     titleRect.x() + titleRect.width(), titleRect.y() + titleRect.height());
-    painter.setPen(m_textPen);
+    painter.drawLine(body.left(), rowsTop(), body.right(), rowsTop());
     painter.setFont(m_titleFont);
-    painter.drawText(titleRect, Qt::AlignCenter, title());
+    painter.drawText(QRect(body.left(), body.top(), body.width(), m_titleHeight),
+                     Qt::AlignCenter, title());
 }
 
-void PinFigureView::drawSide(QPainter &painter, const QVector<int> &side, bool left,
+// A side's wires end at the body's edge, its names start a spacing inside
+// it. A bus is drawn in the highlight colour and crossed by a slash a
+// spacing in from the wire's outer end.
+void PinFigureView::drawSide(QPainter &painter, const QVector<Row> &side, bool left,
                              int firstRow, int lastRow) const
 {
     const QRect body = bodyRect();
-    const int edge = left ? body.x() : body.x() + body.width();
+    const int edge = left ? body.left() : body.right();
+    const int outer = left ? edge - m_wireLength : edge + m_wireLength;
+    const int slashX = left ? outer + m_spacing : outer - m_spacing;
+    const int strikeOut = painter.fontMetrics().strikeOutPos();
+    const QColor text = palette().color(QPalette::WindowText);
+    const QColor bus = palette().color(QPalette::Highlight);
     const int last = std::min(lastRow, side.size() - 1);
-    for (int row = firstRow; row <= last; ++row)
-        drawPin(painter, m_pins.at(side.at(row)), left, edge, rowCentre(row));
-}
-
-// edge is the x of the body's side the wire ends at; y the wire's row centre.
-void PinFigureView::drawPin(QPainter &painter, const Utils::PinFigure &pin, bool left,
-                            int edge, int y) const
-{
-    const int outer = left ? edge - kPinLength : edge + kPinLength;
-
-    painter.setPen(pin.isBus ? m_busPen : m_wirePen);
-    painter.drawLine(outer, y, edge, y);
-    if (pin.isBus) {
-        const int middle = (outer + edge) / 2;
-        painter.setPen(m_slashPen);
-        painter.drawLine(middle - kSlashHalf, y + kSlashHalf + 1,
-                         middle + kSlashHalf, y - kSlashHalf - 1);
+    for (int row = firstRow; row <= last; ++row) {
+        const Utils::PinFigure &pin = m_pins.at(side.at(row).pin);
+        const int baseline = rowsTop() + row * m_rowHeight + m_spacing + m_ascent;
+        const int y = baseline - strikeOut;
+        painter.setPen(pin.isBus ? bus : text);
+        painter.drawLine(outer, y, edge, y);
+        if (pin.isBus)
+            painter.drawLine(slashX - m_spacing, y + m_spacing, slashX + m_spacing, y - m_spacing);
+        painter.setPen(text);
+        const int x = left ? edge + m_spacing : edge - m_spacing - side.at(row).textWidth;
+        painter.drawText(QPoint(x, baseline), pin.name);
     }
-
-    const int textWidth = left ? m_leftTextWidth : m_rightTextWidth;
-    const int textX = left ? edge + kTextGap : edge - kTextGap - textWidth;
-    const QRect textRect(textX, y - m_rowHeight / 2, textWidth, m_rowHeight);
-    painter.setPen(m_textPen);
-    painter.drawText(textRect, (left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter,
-                     pin.name);
 }
 
 } // namespace IPSERDESIP

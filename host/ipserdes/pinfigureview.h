@@ -3,11 +3,11 @@
 #include "../hostglobal.h"
 #include "../utils/pinfigure.h"
 
-#include <QBrush>
 #include <QFont>
+#include <QHash>
 #include <QList>
-#include <QPen>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 #include <QWidget>
 
@@ -15,9 +15,9 @@ namespace IPSERDESIP {
 
 // Draws a core's port symbol: a body with the module name on top, the
 // input ports as wires on the left, the output ports on the right, bus
-// ports as thick wires crossed by a slash. The widget asks for the size
-// the whole symbol needs, so that a scroll area around it can scroll a
-// long port list.
+// ports crossed by a slash. The widget asks for the size the whole symbol
+// needs, so that a scroll area around it can scroll a long port list.
+// The width of each port name is measured once per font.
 class IPHOST_EXPORT PinFigureView : public QWidget
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
     explicit PinFigureView(QWidget *parent = nullptr);
     ~PinFigureView() override;
 
-    // Replaces the drawn ports and resizes the widget to fit them.
+    // Replaces the drawn ports; the same list again changes nothing.
     void setPins(const QList<Utils::PinFigure> &pins);
     QList<Utils::PinFigure> pins() const;
 
@@ -34,6 +34,9 @@ public:
     QString title() const;
     static QString defaultTitle();
 
+    // The port names of each side, top to bottom.
+    QStringList inputNames() const;
+    QStringList outputNames() const;
     int inputCount() const;
     int outputCount() const;
 
@@ -45,38 +48,42 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    // One port as drawn: which entry of the list, and its name's width.
+    struct Row
+    {
+        int pin;
+        int textWidth;
+    };
+
     void relayout();
-    void updateFonts();
+    void measureFont();
+    void measureTitle();
+    void fitSize(const QSize &before);
+    int textWidth(const QString &name);
+    QStringList names(const QVector<Row> &side) const;
     int rowCount() const;
     int rowsTop() const;
-    int rowCentre(int row) const;
     QRect bodyRect() const;
     void drawBody(QPainter &painter) const;
-    void drawSide(QPainter &painter, const QVector<int> &side, bool left,
-                  int firstRow, int lastRow) const;
-    void drawPin(QPainter &painter, const Utils::PinFigure &pin, bool left, int edge,
-                 int y) const;
+    void drawSide(QPainter &painter, const QVector<Row> &side, bool left, int firstRow,
+                  int lastRow) const;
 
     QList<Utils::PinFigure> m_pins;
-    QVector<int> m_inputs;   // indices into m_pins, in list order
-    QVector<int> m_outputs;
+    QVector<Row> m_inputs;
+    QVector<Row> m_outputs;
     QString m_title;
+    QHash<QString, int> m_textWidths; // for the current font
 
-    // Geometry, recomputed whenever the pins, the title or the font change.
+    // Geometry, from the font and the style.
+    QFont m_titleFont;
     int m_rowHeight = 0;
     int m_titleHeight = 0;
+    int m_spacing = 0;
+    int m_wireLength = 0;
+    int m_ascent = 0;
+    int m_titleWidth = 0;
     int m_leftTextWidth = 0;
     int m_rightTextWidth = 0;
-    int m_titleWidth = 0;
-
-    // Painting resources, made once so that painting allocates nothing.
-    QFont m_titleFont;
-    QPen m_bodyPen;
-    QPen m_wirePen;
-    QPen m_busPen;
-    QPen m_slashPen;
-    QPen m_textPen;
-    QBrush m_bodyBrush;
 };
 
 } // namespace IPSERDESIP

@@ -17,8 +17,13 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSet>
+#include <QShowEvent>
+#include <QSplitter>
 #include <QStyle>
+#include <QStyleOptionTabWidgetFrame>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -32,15 +37,9 @@ const char kWindowIcon[] = ":/image/module.png";
 const char kTargetDeviceKey[] = "target_device";
 const char kFileKey[] = "file";
 const char kModuleKey[] = "module";
-const char kFigureAreaName[] = "figureArea";
 
-constexpr int kMinFigureAreaWidth = 220;
-constexpr int kMaxFigureAreaWidth = 600;
-constexpr int kMinFigureAreaHeight = 320;
+// The symbol's port names are set a little smaller than the form's text.
 constexpr qreal kFigureFontScale = 0.9;
-// Room for the symbol beside a core's largest tab page.
-constexpr int kInitialWidth = 1180;
-constexpr int kInitialHeight = 780;
 
 // The reserved words of Verilog-2001 (IEEE 1364-2001); none may name a module.
 const QSet<QString> &verilogKeywords()
@@ -193,7 +192,87 @@ QHBoxLayout *makeButtonRow(QPushButton *help, QPushButton *ok, QPushButton *canc
     return row;
 }
 
-// The symbol's port names are set a little smaller than the form's text.
+// Tabs that ask for the room their pages need to show all of their
+// contents: a page's scroll area counts with its whole content rather than
+// the capped size a scroll area asks for. Every tab title stays in view.
+class TabArea : public QTabWidget
+{
+public:
+    explicit TabArea(QWidget *parent)
+        : QTabWidget(parent)
+    {
+        setObjectName(QStringLiteral("tabWidget"));
+        setUsesScrollButtons(false);
+    }
+
+    QSize sizeHint() const override
+    {
+        QSize pages;
+        for (int i = 0; i < count(); ++i)
+            pages = pages.expandedTo(wholeSizeHint(widget(i)));
+        const QSize bar = tabBar()->sizeHint();
+        QStyleOptionTabWidgetFrame option;
+        initStyleOption(&option);
+        option.state = QStyle::State_None;
+        const QSize contents(std::max(pages.width(), bar.width()), pages.height() + bar.height());
+        return style()->sizeFromContents(QStyle::CT_TabWidget, &option, contents, this);
+    }
+
+private:
+    static QSize wholeSizeHint(const QWidget *page)
+    {
+        QSize hint = page->sizeHint();
+        for (const QScrollArea *area : page->findChildren<QScrollArea *>()) {
+            if (!area->widget() || !area->widgetResizable())
+                continue;
+            const int frame = area->frameWidth() + area->frameWidth();
+            const QSize whole = area->widget()->sizeHint() + QSize(frame, frame);
+            hint += (whole - area->sizeHint()).expandedTo(QSize(0, 0));
+        }
+        return hint;
+    }
+};
+
+// Scrolls the port symbol, and asks for the symbol's whole width beside a
+// vertical scroll bar; its height follows the tabs.
+class FigureArea : public QScrollArea
+{
+public:
+    FigureArea(PinFigureView *figure, QWidget *parent)
+        : QScrollArea(parent)
+    {
+        setObjectName(QStringLiteral("figureArea"));
+        setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+        setBackgroundRole(QPalette::Base);
+        setWidget(figure);
+    }
+
+    QSize sizeHint() const override
+    {
+        const int frame = frameWidth() + frameWidth();
+        return QSize(widget()->sizeHint().width() + verticalScrollBar()->sizeHint().width() + frame,
+                     minimumSizeHint().height());
+    }
+};
+
+// Figure and tabs side by side; unlike QSplitter's own, its size hint
+// leaves room for the handle between them.
+class FigureSplitter : public QSplitter
+{
+public:
+    explicit FigureSplitter(QWidget *parent)
+        : QSplitter(Qt::Horizontal, parent)
+    {
+        setObjectName(QStringLiteral("figureSplitter"));
+        setChildrenCollapsible(false);
+    }
+
+    QSize sizeHint() const override
+    {
+        return QSplitter::sizeHint() + QSize(handleWidth() * (count() - 1), 0);
+    }
+};
+
 PinFigureView *makeFigureView()
 {
     auto *view = new PinFigureView;
@@ -204,30 +283,13 @@ PinFigureView *makeFigureView()
     return view;
 }
 
-QScrollArea *makeFigureArea(PinFigureView *figure, QWidget *parent)
+// Folders in the working directory when a dialog opens: output folders
+// that this dialog did not make.
+QSet<QString> existingFolders()
 {
-    auto *area = new QScrollArea(parent);
-    area->setObjectName(QString::fromLatin1(kFigureAreaName));
-    area->setWidgetResizable(false);
-    area->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    area->setBackgroundRole(QPalette::Base);
-    area->setMinimumHeight(kMinFigureAreaHeight);
-    area->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Expanding);
-    area->setWidget(figure);
-    return area;
-}
-
-// Sizes the figure area to the whole symbol's width: never wider than the
-// symbol needs, and up to a limit past which the area scrolls sideways.
-void fitFigureArea(QScrollArea *area, const PinFigureView *figure)
-{
-    if (!area)
-        return;
-    const int scrollBar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, area);
-    const int wanted = std::max(kMinFigureAreaWidth, figure->sizeHint().width() + scrollBar
-                                                         + 2 * area->frameWidth() + 2);
-    area->setMinimumWidth(std::min(wanted, kMaxFigureAreaWidth));
-    area->setMaximumWidth(wanted);
+    const QStringList names =
+        QDir(serdes::instance()->workingDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return QSet<QString>(names.cbegin(), names.cend());
 }
 
 } // namespace
@@ -246,19 +308,25 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
     m_synthesisTool = makeComboBox(QStringLiteral("synthesisToolCombo"), synthesisTools(), this);
     m_createPath = makeCreatePathLabel(this);
 
-    auto *form = new QFormLayout;
-    form->addRow(tr("File Name"), m_fileName);
-    form->addRow(tr("Module Name"), m_moduleName);
-    form->addRow(tr("Language"), m_language);
-    form->addRow(tr("Synthesis Tool"), m_synthesisTool);
-    form->addRow(tr("Create In"), m_createPath);
+    // The output fields in two columns, which leaves the height to the tabs.
+    auto *outputFields = new QFormLayout;
+    outputFields->addRow(tr("File Name"), m_fileName);
+    outputFields->addRow(tr("Language"), m_language);
+    outputFields->addRow(tr("Create In"), m_createPath);
+    auto *moduleFields = new QFormLayout;
+    moduleFields->addRow(tr("Module Name"), m_moduleName);
+    moduleFields->addRow(tr("Synthesis Tool"), m_synthesisTool);
+    auto *fields = new QHBoxLayout;
+    fields->addLayout(outputFields);
+    fields->addLayout(moduleFields);
 
     m_figure = makeFigureView();
-    m_tabs = new QTabWidget(this);
-    m_tabs->setObjectName(QStringLiteral("tabWidget"));
-    auto *middle = new QHBoxLayout;
-    middle->addWidget(makeFigureArea(m_figure, this));
-    middle->addWidget(m_tabs, 1);
+    m_tabs = new TabArea(this);
+    auto *splitter = new FigureSplitter(this);
+    splitter->addWidget(new FigureArea(m_figure, splitter));
+    splitter->addWidget(m_tabs);
+    // A wider dialog widens the tabs; the figure keeps its width.
+    splitter->setStretchFactor(splitter->indexOf(m_tabs), 1);
 
     QPushButton *help = makeButton(tr("Help"), QStringLiteral("helpButton"), this);
     QPushButton *ok = makeButton(tr("OK"), QStringLiteral("okButton"), this);
@@ -267,8 +335,8 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
 
     auto *mainLayout = new QVBoxLayout(this);
     mainLayout->addWidget(m_label);
-    mainLayout->addLayout(form);
-    mainLayout->addLayout(middle, 1);
+    mainLayout->addLayout(fields);
+    mainLayout->addWidget(splitter, 1);
     mainLayout->addLayout(makeButtonRow(help, ok, cancel));
 
     // accept and reject are virtual: a core's overrides run.
@@ -277,9 +345,8 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
     connect(help, &QPushButton::clicked, this, &protocolGenDlg::showHelp);
     connect(m_moduleName, &QLineEdit::textChanged, m_figure, &PinFigureView::setTitle);
 
-    fitFigureArea(findChild<QScrollArea *>(QString::fromLatin1(kFigureAreaName)), m_figure);
     updateCreatePath();
-    resize(kInitialWidth, kInitialHeight);
+    m_existingFolders = existingFolders();
 }
 
 protocolGenDlg::~protocolGenDlg() = default;
@@ -307,6 +374,8 @@ void protocolGenDlg::setCreating(const QString &name, const DEV::DeviceArg &devi
 {
     m_instanceName = name;
     m_device = device;
+    if (!name.isEmpty())
+        m_fileName->setText(name);
     initDialog();
 }
 
@@ -394,7 +463,6 @@ QString protocolGenDlg::createPath() const
 void protocolGenDlg::uiSetFigurePins(const QList<Utils::PinFigure> &pins)
 {
     m_figure->setPins(pins);
-    fitFigureArea(findChild<QScrollArea *>(QString::fromLatin1(kFigureAreaName)), m_figure);
 }
 
 QList<Utils::PinFigure> protocolGenDlg::figurePins() const
@@ -442,16 +510,26 @@ bool protocolGenDlg::checkModuleName()
     return false;
 }
 
+// Only a folder that was there before this dialog opened is asked about,
+// not the one its own calculation made.
 bool protocolGenDlg::checkFileExisting()
 {
     const QString path = createPath();
-    if (!QFileInfo(path).isDir())
+    if (!m_existingFolders.contains(fileName()) || !QFileInfo(path).isDir())
         return true;
     const QString text = tr("The folder \"%1\" already exists. Its files may be overwritten.\n"
                             "Do you want to use it anyway?").arg(QDir::toNativeSeparators(path));
     return runMessageBox(this, QMessageBox::Question, tr("Question"), text,
                          QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
            == QMessageBox::Yes;
+}
+
+// Opens at the size the contents ask for, unless the host sized the dialog.
+void protocolGenDlg::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous() && !testAttribute(Qt::WA_Resized))
+        resize(sizeHint());
+    QDialog::showEvent(event);
 }
 
 void protocolGenDlg::showErrorMsg(const QStringList &errors)

@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QList>
 #include <QMap>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -78,6 +79,8 @@ public:
     static QStringList synthesisTools();
 
 protected:
+    void showEvent(QShowEvent *event) override;
+
     QString helpDocument;
     bool fileCheckSkipped = false;
 
@@ -86,6 +89,7 @@ private:
     void updateCreatePath();
 
     DEV::DeviceArg m_device;
+    QSet<QString> m_existingFolders;
     QString m_instanceName;
     QLabel *m_label = nullptr;
     QLineEdit *m_fileName = nullptr;
