@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QMap>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -10,8 +11,16 @@
 namespace IPSERDESIP {
 
 // All distances of the symbol come from its font: the average character
-// width spaces the parts, a port wire is as long as a text line is high,
-// and a wire meets its name at the height of the font's strike-out line.
+// width spaces the parts, a port wire is as long as a row is high, and a
+// wire meets its name at the height of the font's strike-out line.
+
+// Port names repeat in every figure of every dialog: the caches of all
+// fonts used so far live as long as the process.
+PinFigureView::NameCache &PinFigureView::nameCache(const QFont &font)
+{
+    static QMap<QString, NameCache> fonts;
+    return fonts[font.key()];
+}
 
 PinFigureView::PinFigureView(QWidget *parent)
     : QWidget(parent)
@@ -92,7 +101,6 @@ void PinFigureView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
-        m_textWidths.clear();
         measureFont();
         relayout();
     }
@@ -117,6 +125,7 @@ void PinFigureView::fitSize(const QSize &before)
 
 void PinFigureView::measureFont()
 {
+    m_names = &nameCache(font());
     m_titleFont = font();
     m_titleFont.setBold(true);
     const QFontMetrics metrics(font());
@@ -130,12 +139,15 @@ void PinFigureView::measureFont()
 
 int PinFigureView::textWidth(const QString &name)
 {
-    const auto known = m_textWidths.constFind(name);
-    if (known != m_textWidths.cend())
-        return known.value();
-    const int width = fontMetrics().horizontalAdvance(name);
-    m_textWidths.insert(name, width);
-    return width;
+    const auto known = m_names->constFind(name);
+    if (known != m_names->cend())
+        return known->width;
+    Name measured;
+    measured.width = fontMetrics().horizontalAdvance(name);
+    measured.text.setText(name);
+    measured.text.setTextFormat(Qt::PlainText);
+    m_names->insert(name, measured);
+    return measured.width;
 }
 
 // Sorts the ports to their sides and takes the widths painting needs; the
@@ -199,13 +211,19 @@ void PinFigureView::paintEvent(QPaintEvent *event)
     drawSide(painter, m_outputs, false, firstRow, lastRow);
 }
 
+// Straight lines are filled as one pixel wide rectangles, which the
+// raster engine fills a span at a time.
 void PinFigureView::drawBody(QPainter &painter) const
 {
     const QRect body = bodyRect();
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.setBrush(palette().brush(QPalette::AlternateBase));
-    painter.drawRect(body);
-    painter.drawLine(body.left(), rowsTop(), body.right(), rowsTop());
+    const QColor line = palette().color(QPalette::WindowText);
+    painter.fillRect(body, palette().brush(QPalette::AlternateBase));
+    painter.fillRect(QRect(body.topLeft(), body.bottomLeft()), line);
+    painter.fillRect(QRect(body.topRight(), body.bottomRight()), line);
+    painter.fillRect(QRect(body.topLeft(), body.topRight()), line);
+    painter.fillRect(QRect(body.bottomLeft(), body.bottomRight()), line);
+    painter.fillRect(QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line);
+    painter.setPen(line);
     painter.setFont(m_titleFont);
     painter.drawText(QRect(body.left(), body.top(), body.width(), m_titleHeight),
                      Qt::AlignCenter, title());
@@ -225,17 +243,22 @@ void PinFigureView::drawSide(QPainter &painter, const QVector<Row> &side, bool l
     const QColor text = palette().color(QPalette::WindowText);
     const QColor bus = palette().color(QPalette::Highlight);
     const int last = std::min(lastRow, side.size() - 1);
+    QVector<QLine> slashes;
+    painter.setPen(bus);
     for (int row = firstRow; row <= last; ++row) {
         const Utils::PinFigure &pin = m_pins.at(side.at(row).pin);
-        const int baseline = rowsTop() + row * m_rowHeight + m_spacing + m_ascent;
-        const int y = baseline - strikeOut;
-        painter.setPen(pin.isBus ? bus : text);
-        painter.drawLine(outer, y, edge, y);
+        const int y = rowsTop() + row * m_rowHeight + m_spacing + m_ascent - strikeOut;
+        painter.fillRect(QRect(QPoint(outer, y), QPoint(edge, y)), pin.isBus ? bus : text);
         if (pin.isBus)
-            painter.drawLine(slashX - m_spacing, y + m_spacing, slashX + m_spacing, y - m_spacing);
-        painter.setPen(text);
-        const int x = left ? edge + m_spacing : edge - m_spacing - side.at(row).textWidth;
-        painter.drawText(QPoint(x, baseline), pin.name);
+            slashes << QLine(slashX - m_spacing, y + m_spacing, slashX + m_spacing, y - m_spacing);
+    }
+    painter.drawLines(slashes);
+    painter.setPen(text);
+    for (int row = firstRow; row <= last; ++row) {
+        const Row &entry = side.at(row);
+        const int top = rowsTop() + row * m_rowHeight + m_spacing;
+        const int x = left ? edge + m_spacing : edge - m_spacing - entry.textWidth;
+        painter.drawStaticText(QPoint(x, top), m_names->value(m_pins.at(entry.pin).name).text);
     }
 }
 

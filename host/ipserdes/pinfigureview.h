@@ -6,6 +6,7 @@
 #include <QFont>
 #include <QHash>
 #include <QList>
+#include <QStaticText>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -17,7 +18,8 @@ namespace IPSERDESIP {
 // input ports as wires on the left, the output ports on the right, bus
 // ports crossed by a slash. The widget asks for the size the whole symbol
 // needs, so that a scroll area around it can scroll a long port list.
-// The width of each port name is measured once per font.
+// Each port name is measured and laid out once per font, for all figures
+// of the process.
 class IPHOST_EXPORT PinFigureView : public QWidget
 {
     Q_OBJECT
@@ -54,6 +56,14 @@ private:
         int pin;
         int textWidth;
     };
+    // A port name measured and laid out in one font.
+    struct Name
+    {
+        int width = 0;
+        QStaticText text;
+    };
+    using NameCache = QHash<QString, Name>;
+    static NameCache &nameCache(const QFont &font);
 
     void relayout();
     void measureFont();
@@ -72,7 +82,7 @@ private:
     QVector<Row> m_inputs;
     QVector<Row> m_outputs;
     QString m_title;
-    QHash<QString, int> m_textWidths; // for the current font
+    NameCache *m_names = nullptr; // of the current font
 
     // Geometry, from the font and the style.
     QFont m_titleFont;
