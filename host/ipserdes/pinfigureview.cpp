@@ -25,12 +25,8 @@ PinFigureView::NameCache &PinFigureView::nameCache(const QFont &font)
 PinFigureView::PinFigureView(QWidget *parent)
     : QWidget(parent)
 {
-    setObjectName(QStringLiteral("pinFigureView"));
-    setAutoFillBackground(true);
-    setBackgroundRole(QPalette::Base);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     measureFont();
-    relayout();
+    resize(sizeHint());
 }
 
 PinFigureView::~PinFigureView() = default;
@@ -78,12 +74,12 @@ QStringList PinFigureView::outputNames() const
 
 int PinFigureView::inputCount() const
 {
-    return m_inputs.size();
+    return m_inputs.rows.size();
 }
 
 int PinFigureView::outputCount() const
 {
-    return m_outputs.size();
+    return m_outputs.rows.size();
 }
 
 QSize PinFigureView::sizeHint() const
@@ -106,23 +102,6 @@ void PinFigureView::changeEvent(QEvent *event)
     }
 }
 
-// The title changes the body's width only; it is measured on its own.
-void PinFigureView::measureTitle()
-{
-    const QSize before = sizeHint();
-    m_titleWidth = QFontMetrics(m_titleFont).horizontalAdvance(title());
-    fitSize(before);
-}
-
-void PinFigureView::fitSize(const QSize &before)
-{
-    if (sizeHint() != before) {
-        updateGeometry();
-        resize(sizeHint());
-    }
-    update();
-}
-
 void PinFigureView::measureFont()
 {
     m_names = &nameCache(font());
@@ -133,8 +112,64 @@ void PinFigureView::measureFont()
     m_rowHeight = metrics.height() + m_spacing;
     m_wireLength = m_rowHeight;
     m_ascent = metrics.ascent();
+    m_strikeOut = metrics.strikeOutPos();
     m_titleHeight = QFontMetrics(m_titleFont).height() + m_spacing + m_spacing;
     m_titleWidth = QFontMetrics(m_titleFont).horizontalAdvance(title());
+}
+
+// The title changes the body's width only; it is measured on its own.
+void PinFigureView::measureTitle()
+{
+    const QSize before = sizeHint();
+    m_titleWidth = QFontMetrics(m_titleFont).horizontalAdvance(title());
+    fitSize(before);
+}
+
+// Lays the picture out; the widget is resized only when the symbol's size
+// changes. Straight lines are one pixel wide rectangles, which the raster
+// engine fills a span at a time.
+void PinFigureView::fitSize(const QSize &before)
+{
+    const QRect body = bodyRect();
+    const QPalette::ColorRole line = QPalette::WindowText;
+    m_picture = Picture();
+    m_picture.fills = {{body, QPalette::AlternateBase},
+                       {QRect(body.topLeft(), body.bottomLeft()), line},
+                       {QRect(body.topRight(), body.bottomRight()), line},
+                       {QRect(body.topLeft(), body.topRight()), line},
+                       {QRect(body.bottomLeft(), body.bottomRight()), line},
+                       {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
+    m_picture.titleRow = QRect(body.left(), body.top(), body.width(), m_titleHeight);
+    for (const Side *side : {&m_inputs, &m_outputs})
+        layoutSide(*side);
+    if (sizeHint() != before)
+        resize(sizeHint());
+    update();
+}
+
+// A side's wires end at the body's edge, its names start a spacing inside
+// it; a wire meets its name at the strike-out line. A bus is highlighted,
+// its slash a spacing in from the wire's outer end.
+void PinFigureView::layoutSide(const Side &side)
+{
+    const bool left = &side == &m_inputs;
+    const QRect body = bodyRect();
+    const int edge = left ? body.left() : body.right();
+    const int outer = left ? edge - m_wireLength : edge + m_wireLength;
+    const int slashX = left ? outer + m_spacing : outer - m_spacing;
+    int top = rowsTop() + m_spacing;
+    for (const Row &row : side.rows) {
+        const Utils::PinFigure &pin = m_pins.at(row.pin);
+        const int y = top + m_ascent - m_strikeOut;
+        m_picture.fills << qMakePair(QRect(QPoint(outer, y), QPoint(edge, y)),
+                                     pin.isBus ? QPalette::Highlight : QPalette::WindowText);
+        if (pin.isBus)
+            m_picture.slashes << QLine(slashX - m_spacing, y + m_spacing, slashX + m_spacing,
+                                       y - m_spacing);
+        const int x = left ? edge + m_spacing : edge - m_spacing - row.textWidth;
+        m_picture.names << qMakePair(QPoint(x, top), m_names->value(pin.name).text);
+        top += m_rowHeight;
+    }
 }
 
 int PinFigureView::textWidth(const QString &name)
@@ -145,41 +180,36 @@ int PinFigureView::textWidth(const QString &name)
     Name measured;
     measured.width = fontMetrics().horizontalAdvance(name);
     measured.text.setText(name);
-    measured.text.setTextFormat(Qt::PlainText);
     m_names->insert(name, measured);
     return measured.width;
 }
 
-// Sorts the ports to their sides and takes the widths painting needs; the
-// widget is resized only when the symbol's size changes.
+// Sorts the ports to their sides, with the widths painting needs.
 void PinFigureView::relayout()
 {
     const QSize before = sizeHint();
-    m_inputs.clear();
-    m_outputs.clear();
-    m_leftTextWidth = 0;
-    m_rightTextWidth = 0;
+    m_inputs = Side();
+    m_outputs = Side();
     for (int i = 0; i < m_pins.size(); ++i) {
         const Row row{i, textWidth(m_pins.at(i).name)};
-        const bool input = m_pins.at(i).direction == 0;
-        (input ? m_inputs : m_outputs).append(row);
-        int &widest = input ? m_leftTextWidth : m_rightTextWidth;
-        widest = std::max(widest, row.textWidth);
+        Side &side = m_pins.at(i).direction == 0 ? m_inputs : m_outputs;
+        side.rows.append(row);
+        side.textWidth = std::max(side.textWidth, row.textWidth);
     }
     fitSize(before);
 }
 
-QStringList PinFigureView::names(const QVector<Row> &side) const
+QStringList PinFigureView::names(const Side &side) const
 {
     QStringList list;
-    for (const Row &row : side)
+    for (const Row &row : side.rows)
         list << m_pins.at(row.pin).name;
     return list;
 }
 
 int PinFigureView::rowCount() const
 {
-    return std::max(m_inputs.size(), m_outputs.size());
+    return std::max(m_inputs.rows.size(), m_outputs.rows.size());
 }
 
 int PinFigureView::rowsTop() const
@@ -191,75 +221,27 @@ int PinFigureView::rowsTop() const
 // names a spacing away from its edge and the two sides a wire length apart.
 QRect PinFigureView::bodyRect() const
 {
-    const int names = m_spacing + m_leftTextWidth + m_wireLength + m_rightTextWidth + m_spacing;
+    const int names = m_spacing + m_inputs.textWidth + m_wireLength + m_outputs.textWidth
+                      + m_spacing;
     const int width = std::max(names, m_spacing + m_titleWidth + m_spacing);
     const int height = m_titleHeight + rowCount() * m_rowHeight + m_spacing;
     return QRect(m_spacing + m_wireLength, m_spacing, width, height);
 }
 
-void PinFigureView::paintEvent(QPaintEvent *event)
+// The painter clips what is not exposed.
+void PinFigureView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    drawBody(painter);
-
-    // Only the rows that meet the exposed area are drawn.
-    const QRect exposed = event->rect();
-    const int firstRow = std::max(0, (exposed.top() - rowsTop()) / m_rowHeight);
-    const int lastRow = (exposed.bottom() - rowsTop()) / m_rowHeight;
-    painter.setFont(font());
-    drawSide(painter, m_inputs, true, firstRow, lastRow);
-    drawSide(painter, m_outputs, false, firstRow, lastRow);
-}
-
-// Straight lines are filled as one pixel wide rectangles, which the
-// raster engine fills a span at a time.
-void PinFigureView::drawBody(QPainter &painter) const
-{
-    const QRect body = bodyRect();
-    const QColor line = palette().color(QPalette::WindowText);
-    painter.fillRect(body, palette().brush(QPalette::AlternateBase));
-    painter.fillRect(QRect(body.topLeft(), body.bottomLeft()), line);
-    painter.fillRect(QRect(body.topRight(), body.bottomRight()), line);
-    painter.fillRect(QRect(body.topLeft(), body.topRight()), line);
-    painter.fillRect(QRect(body.bottomLeft(), body.bottomRight()), line);
-    painter.fillRect(QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line);
-    painter.setPen(line);
+    for (const auto &fill : qAsConst(m_picture.fills))
+        painter.fillRect(fill.first, palette().color(fill.second));
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawLines(m_picture.slashes);
+    painter.setPen(palette().color(QPalette::WindowText));
     painter.setFont(m_titleFont);
-    painter.drawText(QRect(body.left(), body.top(), body.width(), m_titleHeight),
-                     Qt::AlignCenter, title());
-}
-
-// A side's wires end at the body's edge, its names start a spacing inside
-// it. A bus is drawn in the highlight colour and crossed by a slash a
-// spacing in from the wire's outer end.
-void PinFigureView::drawSide(QPainter &painter, const QVector<Row> &side, bool left,
-                             int firstRow, int lastRow) const
-{
-    const QRect body = bodyRect();
-    const int edge = left ? body.left() : body.right();
-    const int outer = left ? edge - m_wireLength : edge + m_wireLength;
-    const int slashX = left ? outer + m_spacing : outer - m_spacing;
-    const int strikeOut = painter.fontMetrics().strikeOutPos();
-    const QColor text = palette().color(QPalette::WindowText);
-    const QColor bus = palette().color(QPalette::Highlight);
-    const int last = std::min(lastRow, side.size() - 1);
-    QVector<QLine> slashes;
-    painter.setPen(bus);
-    for (int row = firstRow; row <= last; ++row) {
-        const Utils::PinFigure &pin = m_pins.at(side.at(row).pin);
-        const int y = rowsTop() + row * m_rowHeight + m_spacing + m_ascent - strikeOut;
-        painter.fillRect(QRect(QPoint(outer, y), QPoint(edge, y)), pin.isBus ? bus : text);
-        if (pin.isBus)
-            slashes << QLine(slashX - m_spacing, y + m_spacing, slashX + m_spacing, y - m_spacing);
-    }
-    painter.drawLines(slashes);
-    painter.setPen(text);
-    for (int row = firstRow; row <= last; ++row) {
-        const Row &entry = side.at(row);
-        const int top = rowsTop() + row * m_rowHeight + m_spacing;
-        const int x = left ? edge + m_spacing : edge - m_spacing - entry.textWidth;
-        painter.drawStaticText(QPoint(x, top), m_names->value(m_pins.at(entry.pin).name).text);
-    }
+    painter.drawText(m_picture.titleRow, Qt::AlignCenter, title());
+    painter.setFont(font());
+    for (const auto &name : qAsConst(m_picture.names))
+        painter.drawStaticText(name.first, name.second);
 }
 
 } // namespace IPSERDESIP

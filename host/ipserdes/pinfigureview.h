@@ -6,6 +6,7 @@
 #include <QFont>
 #include <QHash>
 #include <QList>
+#include <QPalette>
 #include <QStaticText>
 #include <QString>
 #include <QStringList>
@@ -16,10 +17,10 @@ namespace IPSERDESIP {
 
 // Draws a core's port symbol: a body with the module name on top, the
 // input ports as wires on the left, the output ports on the right, bus
-// ports crossed by a slash. The widget asks for the size the whole symbol
-// needs, so that a scroll area around it can scroll a long port list.
-// Each port name is measured and laid out once per font, for all figures
-// of the process.
+// ports in the highlight colour and crossed by a slash. The widget takes
+// the size the whole symbol needs, so that a scroll area around it can
+// scroll a long port list. Each port name is measured and laid out once
+// per font, for all figures of the process.
 class IPHOST_EXPORT PinFigureView : public QWidget
 {
     Q_OBJECT
@@ -56,6 +57,12 @@ private:
         int pin;
         int textWidth;
     };
+    // The ports of one side, and the width of its widest name.
+    struct Side
+    {
+        QVector<Row> rows;
+        int textWidth = 0;
+    };
     // A port name measured and laid out in one font.
     struct Name
     {
@@ -64,36 +71,42 @@ private:
     };
     using NameCache = QHash<QString, Name>;
     static NameCache &nameCache(const QFont &font);
+    // What painting draws, laid out whenever the ports, title or font change.
+    struct Picture
+    {
+        QVector<QPair<QRect, QPalette::ColorRole>> fills; // body, its lines, the wires
+        QVector<QLine> slashes;
+        QRect titleRow;
+        QVector<QPair<QPoint, QStaticText>> names; // at their top left
+    };
 
     void relayout();
     void measureFont();
     void measureTitle();
     void fitSize(const QSize &before);
     int textWidth(const QString &name);
-    QStringList names(const QVector<Row> &side) const;
+    QStringList names(const Side &side) const;
     int rowCount() const;
     int rowsTop() const;
     QRect bodyRect() const;
-    void drawBody(QPainter &painter) const;
-    void drawSide(QPainter &painter, const QVector<Row> &side, bool left, int firstRow,
-                  int lastRow) const;
+    void layoutSide(const Side &side);
 
     QList<Utils::PinFigure> m_pins;
-    QVector<Row> m_inputs;
-    QVector<Row> m_outputs;
+    Side m_inputs;
+    Side m_outputs;
     QString m_title;
     NameCache *m_names = nullptr; // of the current font
+    Picture m_picture;
 
-    // Geometry, from the font and the style.
+    // Geometry, from the font.
     QFont m_titleFont;
     int m_rowHeight = 0;
     int m_titleHeight = 0;
     int m_spacing = 0;
     int m_wireLength = 0;
     int m_ascent = 0;
+    int m_strikeOut = 0;
     int m_titleWidth = 0;
-    int m_leftTextWidth = 0;
-    int m_rightTextWidth = 0;
 };
 
 } // namespace IPSERDESIP

@@ -6,11 +6,11 @@
 #include "../dev/devicedb.h"
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -33,13 +33,9 @@ namespace IPSERDESIP {
 
 namespace {
 
-const char kWindowIcon[] = ":/image/module.png";
 const char kTargetDeviceKey[] = "target_device";
 const char kFileKey[] = "file";
 const char kModuleKey[] = "module";
-
-// The symbol's port names are set a little smaller than the form's text.
-constexpr qreal kFigureFontScale = 0.9;
 
 // The reserved words of Verilog-2001 (IEEE 1364-2001); none may name a module.
 const QSet<QString> &verilogKeywords()
@@ -112,28 +108,14 @@ QString moduleNameProblem(const QString &name)
     return QString();
 }
 
-QString messageBoxName(QMessageBox::Icon icon)
-{
-    switch (icon) {
-    case QMessageBox::Critical:
-        return QStringLiteral("errorMessageBox");
-    case QMessageBox::Question:
-        return QStringLiteral("questionMessageBox");
-    default:
-        return QStringLiteral("helpMessageBox");
-    }
-}
-
-// Runs a modal message box over parent and returns the button chosen.
+// Runs a modal message box over parent and returns the button chosen. The
+// box shows the parent's window icon.
 int runMessageBox(QWidget *parent, QMessageBox::Icon icon, const QString &title,
                   const QString &text, QMessageBox::StandardButtons buttons,
                   QMessageBox::StandardButton defaultButton = QMessageBox::NoButton)
 {
     QMessageBox box(icon, title, text, buttons, parent);
-    box.setObjectName(messageBoxName(icon));
-    box.setWindowIcon(QIcon(QString::fromLatin1(kWindowIcon)));
-    if (defaultButton != QMessageBox::NoButton)
-        box.setDefaultButton(defaultButton);
+    box.setDefaultButton(defaultButton);
     return box.exec();
 }
 
@@ -144,52 +126,27 @@ QLineEdit *makeLineEdit(const QString &objectName, QWidget *parent)
     return edit;
 }
 
-QComboBox *makeComboBox(const QString &objectName, const QStringList &items, QWidget *parent)
+QComboBox *makeComboBox(const QStringList &items, QWidget *parent)
 {
     auto *combo = new QComboBox(parent);
-    combo->setObjectName(objectName);
     combo->addItems(items);
     return combo;
-}
-
-QPushButton *makeButton(const QString &text, const QString &objectName, QWidget *parent)
-{
-    auto *button = new QPushButton(text, parent);
-    button->setObjectName(objectName);
-    button->setAutoDefault(false);
-    return button;
-}
-
-QLabel *makeCoreLabel(QWidget *parent)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(QStringLiteral("coreLabel"));
-    label->setWordWrap(true);
-    QFont bold = label->font();
-    bold.setBold(true);
-    label->setFont(bold);
-    return label;
 }
 
 QLabel *makeCreatePathLabel(QWidget *parent)
 {
     auto *label = new QLabel(parent);
     label->setObjectName(QStringLiteral("createPathLabel"));
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // A long path must not widen the dialog; the tool tip shows it whole.
-    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     return label;
 }
 
-// Help on the left, OK and Cancel on the right.
-QHBoxLayout *makeButtonRow(QPushButton *help, QPushButton *ok, QPushButton *cancel)
+// OK, the default button, and Cancel.
+QDialogButtonBox *makeButtons(QWidget *parent)
 {
-    auto *row = new QHBoxLayout;
-    row->addWidget(help);
-    row->addStretch(1);
-    row->addWidget(ok);
-    row->addWidget(cancel);
-    return row;
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, parent);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("okButton"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancelButton"));
+    return buttons;
 }
 
 // Tabs that ask for the room their pages need to show all of their
@@ -201,7 +158,6 @@ public:
     explicit TabArea(QWidget *parent)
         : QTabWidget(parent)
     {
-        setObjectName(QStringLiteral("tabWidget"));
         setUsesScrollButtons(false);
     }
 
@@ -227,7 +183,7 @@ private:
                 continue;
             const int frame = area->frameWidth() + area->frameWidth();
             const QSize whole = area->widget()->sizeHint() + QSize(frame, frame);
-            hint += (whole - area->sizeHint()).expandedTo(QSize(0, 0));
+            hint = hint.expandedTo(hint + whole - area->sizeHint());
         }
         return hint;
     }
@@ -242,8 +198,6 @@ public:
         : QScrollArea(parent)
     {
         setObjectName(QStringLiteral("figureArea"));
-        setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-        setBackgroundRole(QPalette::Base);
         setWidget(figure);
     }
 
@@ -260,28 +214,15 @@ public:
 class FigureSplitter : public QSplitter
 {
 public:
-    explicit FigureSplitter(QWidget *parent)
-        : QSplitter(Qt::Horizontal, parent)
-    {
-        setObjectName(QStringLiteral("figureSplitter"));
-        setChildrenCollapsible(false);
-    }
+    using QSplitter::QSplitter;
 
     QSize sizeHint() const override
     {
-        return QSplitter::sizeHint() + QSize(handleWidth() * (count() - 1), 0);
+        QSize hint = QSplitter::sizeHint();
+        hint.rwidth() += handleWidth() * (count() - 1);
+        return hint;
     }
 };
-
-PinFigureView *makeFigureView()
-{
-    auto *view = new PinFigureView;
-    QFont font = view->font();
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * kFigureFontScale);
-    view->setFont(font);
-    return view;
-}
 
 // Folders in the working directory when a dialog opens: output folders
 // that this dialog did not make.
@@ -297,15 +238,10 @@ QSet<QString> existingFolders()
 protocolGenDlg::protocolGenDlg(QWidget *parent)
     : QDialog(parent)
 {
-    setObjectName(QStringLiteral("protocolGenDlg"));
-    setWindowTitle(tr("Customize IP"));
-    setWindowIcon(QIcon(QString::fromLatin1(kWindowIcon)));
-
-    m_label = makeCoreLabel(this);
     m_fileName = makeLineEdit(QStringLiteral("fileNameEdit"), this);
     m_moduleName = makeLineEdit(QStringLiteral("moduleNameEdit"), this);
-    m_language = makeComboBox(QStringLiteral("languageCombo"), languages(), this);
-    m_synthesisTool = makeComboBox(QStringLiteral("synthesisToolCombo"), synthesisTools(), this);
+    m_language = makeComboBox(languages(), this);
+    m_synthesisTool = makeComboBox(synthesisTools(), this);
     m_createPath = makeCreatePathLabel(this);
 
     // The output fields in two columns, which leaves the height to the tabs.
@@ -320,29 +256,22 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
     fields->addLayout(outputFields);
     fields->addLayout(moduleFields);
 
-    m_figure = makeFigureView();
+    m_figure = new PinFigureView;
     m_tabs = new TabArea(this);
     auto *splitter = new FigureSplitter(this);
     splitter->addWidget(new FigureArea(m_figure, splitter));
     splitter->addWidget(m_tabs);
-    // A wider dialog widens the tabs; the figure keeps its width.
-    splitter->setStretchFactor(splitter->indexOf(m_tabs), 1);
 
-    QPushButton *help = makeButton(tr("Help"), QStringLiteral("helpButton"), this);
-    QPushButton *ok = makeButton(tr("OK"), QStringLiteral("okButton"), this);
-    QPushButton *cancel = makeButton(tr("Cancel"), QStringLiteral("cancelButton"), this);
-    ok->setDefault(true);
+    QDialogButtonBox *buttons = makeButtons(this);
 
     auto *mainLayout = new QVBoxLayout(this);
-    mainLayout->addWidget(m_label);
     mainLayout->addLayout(fields);
-    mainLayout->addWidget(splitter, 1);
-    mainLayout->addLayout(makeButtonRow(help, ok, cancel));
+    mainLayout->addWidget(splitter);
+    mainLayout->addWidget(buttons);
 
     // accept and reject are virtual: a core's overrides run.
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    connect(help, &QPushButton::clicked, this, &protocolGenDlg::showHelp);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_moduleName, &QLineEdit::textChanged, m_figure, &PinFigureView::setTitle);
 
     updateCreatePath();
@@ -394,9 +323,10 @@ bool protocolGenDlg::setOpening(const QMap<QString, QVariant> &config)
     return loadConfiguration(config);
 }
 
+// The core's label is the dialog's title.
 void protocolGenDlg::uiSetLabelText(const QString &text)
 {
-    m_label->setText(text);
+    setWindowTitle(text);
 }
 
 void protocolGenDlg::uiSetDefaultFileName(const QString &name)
@@ -418,16 +348,14 @@ void protocolGenDlg::uiAddTab(QWidget *page, const QString &title)
 // Selects the tool with exactly this name; an unknown name changes nothing.
 void protocolGenDlg::uiSetSynthesisTool(const QString &tool)
 {
-    const int index = m_synthesisTool->findText(tool, Qt::MatchExactly | Qt::MatchCaseSensitive);
-    if (index >= 0)
-        m_synthesisTool->setCurrentIndex(index);
+    m_synthesisTool->setCurrentText(tool);
 }
 
-// Selects a language by its index in languages(); an index out of range changes nothing.
+// Selects a language by its index in languages(); an index out of range
+// names no item and changes nothing.
 void protocolGenDlg::uiSetLanguageIndex(int index)
 {
-    if (index >= 0 && index < m_language->count())
-        m_language->setCurrentIndex(index);
+    m_language->setCurrentText(m_language->itemText(index));
 }
 
 QString protocolGenDlg::uiSynthesisTool() const
@@ -524,10 +452,12 @@ bool protocolGenDlg::checkFileExisting()
            == QMessageBox::Yes;
 }
 
-// Opens at the size the contents ask for, unless the host sized the dialog.
+// Opens at the size the contents ask for, unless the host sized the
+// dialog. The window exists by now, so the size is not cut to the screen
+// the way a new window's geometry is.
 void protocolGenDlg::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous() && !testAttribute(Qt::WA_Resized))
+    if (!testAttribute(Qt::WA_Resized))
         resize(sizeHint());
     QDialog::showEvent(event);
 }
@@ -548,27 +478,9 @@ QStringList protocolGenDlg::synthesisTools()
     return {QStringLiteral("Built-in"), QStringLiteral("Third-party")};
 }
 
-// Names the core's help document; a document that is a file on disk is
-// shown by its full path.
-void protocolGenDlg::showHelp()
-{
-    const QString document = helpDocument.trimmed();
-    QString text;
-    if (document.isEmpty())
-        text = tr("No help document is available for this core.");
-    else if (QFileInfo(document).isFile())
-        text = tr("The help document of this core is:\n%1")
-                   .arg(QDir::toNativeSeparators(QFileInfo(document).absoluteFilePath()));
-    else
-        text = tr("Help document of this core: %1").arg(document);
-    runMessageBox(this, QMessageBox::Information, tr("Help"), text, QMessageBox::Ok);
-}
-
 void protocolGenDlg::updateCreatePath()
 {
-    const QString path = createPath();
-    m_createPath->setText(path);
-    m_createPath->setToolTip(QDir::toNativeSeparators(path));
+    m_createPath->setText(createPath());
 }
 
 } // namespace IPSERDESIP
