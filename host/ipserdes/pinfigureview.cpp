@@ -3,8 +3,8 @@
 #include <QEvent>
 #include <QFontMetrics>
 #include <QMap>
-#include <QPaintEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -14,8 +14,8 @@ namespace IPSERDESIP {
 // width spaces the parts, a port wire is as long as a row is high, and a
 // wire meets its name at the height of the font's strike-out line.
 
-// Port names repeat in every figure of every dialog: the caches of all
-// fonts used so far live as long as the process.
+// Names repeat in every figure of every dialog: the caches of all fonts
+// used so far live as long as the process.
 PinFigureView::NameCache &PinFigureView::nameCache(const QFont &font)
 {
     static QMap<QString, NameCache> fonts;
@@ -26,7 +26,7 @@ PinFigureView::PinFigureView(QWidget *parent)
     : QWidget(parent)
 {
     measureFont();
-    resize(sizeHint());
+    relayout();
 }
 
 PinFigureView::~PinFigureView() = default;
@@ -105,89 +105,37 @@ void PinFigureView::changeEvent(QEvent *event)
 void PinFigureView::measureFont()
 {
     m_names = &nameCache(font());
-    m_titleFont = font();
-    m_titleFont.setBold(true);
     const QFontMetrics metrics(font());
     m_spacing = metrics.averageCharWidth();
-    m_rowHeight = metrics.height() + m_spacing;
+    m_textHeight = metrics.height();
+    m_rowHeight = m_textHeight + m_spacing;
     m_wireLength = m_rowHeight;
     m_ascent = metrics.ascent();
     m_strikeOut = metrics.strikeOutPos();
-    m_titleHeight = QFontMetrics(m_titleFont).height() + m_spacing + m_spacing;
-    m_titleWidth = QFontMetrics(m_titleFont).horizontalAdvance(title());
+    m_titleHeight = m_textHeight + m_spacing + m_spacing;
+    m_titleWidth = textWidth(title());
 }
 
 // The title changes the body's width only; it is measured on its own.
 void PinFigureView::measureTitle()
 {
-    const QSize before = sizeHint();
-    m_titleWidth = QFontMetrics(m_titleFont).horizontalAdvance(title());
-    fitSize(before);
-}
-
-// Lays the picture out; the widget is resized only when the symbol's size
-// changes. Straight lines are one pixel wide rectangles, which the raster
-// engine fills a span at a time.
-void PinFigureView::fitSize(const QSize &before)
-{
-    const QRect body = bodyRect();
-    const QPalette::ColorRole line = QPalette::WindowText;
-    m_picture = Picture();
-    m_picture.fills = {{body, QPalette::AlternateBase},
-                       {QRect(body.topLeft(), body.bottomLeft()), line},
-                       {QRect(body.topRight(), body.bottomRight()), line},
-                       {QRect(body.topLeft(), body.topRight()), line},
-                       {QRect(body.bottomLeft(), body.bottomRight()), line},
-                       {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
-    m_picture.titleRow = QRect(body.left(), body.top(), body.width(), m_titleHeight);
-    for (const Side *side : {&m_inputs, &m_outputs})
-        layoutSide(*side);
-    if (sizeHint() != before)
-        resize(sizeHint());
-    update();
-}
-
-// A side's wires end at the body's edge, its names start a spacing inside
-// it; a wire meets its name at the strike-out line. A bus is highlighted,
-// its slash a spacing in from the wire's outer end.
-void PinFigureView::layoutSide(const Side &side)
-{
-    const bool left = &side == &m_inputs;
-    const QRect body = bodyRect();
-    const int edge = left ? body.left() : body.right();
-    const int outer = left ? edge - m_wireLength : edge + m_wireLength;
-    const int slashX = left ? outer + m_spacing : outer - m_spacing;
-    int top = rowsTop() + m_spacing;
-    for (const Row &row : side.rows) {
-        const Utils::PinFigure &pin = m_pins.at(row.pin);
-        const int y = top + m_ascent - m_strikeOut;
-        m_picture.fills << qMakePair(QRect(QPoint(outer, y), QPoint(edge, y)),
-                                     pin.isBus ? QPalette::Highlight : QPalette::WindowText);
-        if (pin.isBus)
-            m_picture.slashes << QLine(slashX - m_spacing, y + m_spacing, slashX + m_spacing,
-                                       y - m_spacing);
-        const int x = left ? edge + m_spacing : edge - m_spacing - row.textWidth;
-        m_picture.names << qMakePair(QPoint(x, top), m_names->value(pin.name).text);
-        top += m_rowHeight;
-    }
+    m_titleWidth = textWidth(title());
+    fitSize();
 }
 
 int PinFigureView::textWidth(const QString &name)
 {
-    const auto known = m_names->constFind(name);
-    if (known != m_names->cend())
-        return known->width;
-    Name measured;
-    measured.width = fontMetrics().horizontalAdvance(name);
-    measured.text.setText(name);
-    m_names->insert(name, measured);
-    return measured.width;
+    Name &known = (*m_names)[name];
+    if (known.text.text().isEmpty()) {
+        known.width = fontMetrics().horizontalAdvance(name);
+        known.text = QStaticText(name);
+    }
+    return known.width;
 }
 
 // Sorts the ports to their sides, with the widths painting needs.
 void PinFigureView::relayout()
 {
-    const QSize before = sizeHint();
     m_inputs = Side();
     m_outputs = Side();
     for (int i = 0; i < m_pins.size(); ++i) {
@@ -196,7 +144,57 @@ void PinFigureView::relayout()
         side.rows.append(row);
         side.textWidth = std::max(side.textWidth, row.textWidth);
     }
-    fitSize(before);
+    fitSize();
+}
+
+// Lays the picture out and takes its size. Straight lines are one pixel
+// wide rectangles, which the raster engine fills a span at a time.
+void PinFigureView::fitSize()
+{
+    const QRect body = bodyRect();
+    const QPalette::ColorRole line = QPalette::WindowText;
+    const QRect titleRow(body.left(), body.top(), body.width(), m_titleHeight);
+    const QSize titleSize(m_titleWidth, m_textHeight);
+    m_picture = Picture();
+    m_picture.fills = {{body, QPalette::AlternateBase},
+                       {QRect(body.topLeft(), body.bottomLeft()), line},
+                       {QRect(body.topRight(), body.bottomRight()), line},
+                       {QRect(body.topLeft(), body.topRight()), line},
+                       {QRect(body.bottomLeft(), body.bottomRight()), line},
+                       {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
+    m_picture.texts = {
+        {QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, titleSize, titleRow).topLeft(),
+         m_names->value(title()).text}};
+    for (const Side *side : {&m_inputs, &m_outputs})
+        layoutSide(*side);
+    if (size() != sizeHint())
+        resize(sizeHint());
+    update();
+}
+
+// A side's wires end at the body's edge, its names start a spacing inside
+// it; a wire meets its name at the strike-out line. A bus is highlighted and
+// crossed by a tick a spacing in from the wire's outer end.
+void PinFigureView::layoutSide(const Side &side)
+{
+    const bool left = &side == &m_inputs;
+    const QRect body = bodyRect();
+    const int edge = left ? body.left() : body.right();
+    const int outer = left ? edge - m_wireLength : edge + m_wireLength;
+    const int tick = left ? outer + m_spacing : outer - m_spacing;
+    int top = rowsTop() + m_spacing;
+    for (const Row &row : side.rows) {
+        const Utils::PinFigure &pin = m_pins.at(row.pin);
+        const int y = top + m_ascent - m_strikeOut;
+        const QPalette::ColorRole colour = pin.isBus ? QPalette::Highlight : QPalette::WindowText;
+        m_picture.fills << qMakePair(QRect(QPoint(outer, y), QPoint(edge, y)), colour);
+        if (pin.isBus)
+            m_picture.fills << qMakePair(QRect(QPoint(tick, y - m_spacing), QPoint(tick, y + m_spacing)),
+                                         colour);
+        const int x = left ? edge + m_spacing : edge - m_spacing - row.textWidth;
+        m_picture.texts << qMakePair(QPoint(x, top), m_names->value(pin.name).text);
+        top += m_rowHeight;
+    }
 }
 
 QStringList PinFigureView::names(const Side &side) const
@@ -228,20 +226,14 @@ QRect PinFigureView::bodyRect() const
     return QRect(m_spacing + m_wireLength, m_spacing, width, height);
 }
 
-// The painter clips what is not exposed.
+// The painter's pen is the widget's text colour; it clips what is not exposed.
 void PinFigureView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     for (const auto &fill : qAsConst(m_picture.fills))
         painter.fillRect(fill.first, palette().color(fill.second));
-    painter.setPen(palette().color(QPalette::Highlight));
-    painter.drawLines(m_picture.slashes);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.setFont(m_titleFont);
-    painter.drawText(m_picture.titleRow, Qt::AlignCenter, title());
-    painter.setFont(font());
-    for (const auto &name : qAsConst(m_picture.names))
-        painter.drawStaticText(name.first, name.second);
+    for (const auto &text : qAsConst(m_picture.texts))
+        painter.drawStaticText(text.first, text.second);
 }
 
 } // namespace IPSERDESIP

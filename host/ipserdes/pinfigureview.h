@@ -3,7 +3,6 @@
 #include "../hostglobal.h"
 #include "../utils/pinfigure.h"
 
-#include <QFont>
 #include <QHash>
 #include <QList>
 #include <QPalette>
@@ -17,10 +16,10 @@ namespace IPSERDESIP {
 
 // Draws a core's port symbol: a body with the module name on top, the
 // input ports as wires on the left, the output ports on the right, bus
-// ports in the highlight colour and crossed by a slash. The widget takes
-// the size the whole symbol needs, so that a scroll area around it can
-// scroll a long port list. Each port name is measured and laid out once
-// per font, for all figures of the process.
+// ports highlighted and crossed by a tick. The widget takes the size the
+// whole symbol needs, so that a scroll area around it can scroll a long
+// port list. Each name is measured and laid out once per font, for all
+// figures of the process.
 class IPHOST_EXPORT PinFigureView : public QWidget
 {
     Q_OBJECT
@@ -63,7 +62,7 @@ private:
         QVector<Row> rows;
         int textWidth = 0;
     };
-    // A port name measured and laid out in one font.
+    // A name measured and laid out in one font.
     struct Name
     {
         int width = 0;
@@ -75,15 +74,13 @@ private:
     struct Picture
     {
         QVector<QPair<QRect, QPalette::ColorRole>> fills; // body, its lines, the wires
-        QVector<QLine> slashes;
-        QRect titleRow;
-        QVector<QPair<QPoint, QStaticText>> names; // at their top left
+        QVector<QPair<QPoint, QStaticText>> texts;        // at their top left
     };
 
     void relayout();
     void measureFont();
     void measureTitle();
-    void fitSize(const QSize &before);
+    void fitSize();
     int textWidth(const QString &name);
     QStringList names(const Side &side) const;
     int rowCount() const;
@@ -99,7 +96,7 @@ private:
     Picture m_picture;
 
     // Geometry, from the font.
-    QFont m_titleFont;
+    int m_textHeight = 0;
     int m_rowHeight = 0;
     int m_titleHeight = 0;
     int m_spacing = 0;
