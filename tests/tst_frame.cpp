@@ -16,8 +16,7 @@ using IPSERDESIP::PinFigureView;
 
 namespace {
 
-// Visible controls with less room than they ask for (Qt's own parts aside),
-// and scroll areas in the shown page that scroll.
+// Visible controls smaller than asked (Qt's own parts aside); scrolling page areas.
 QStringList cutOn(QWidget *dialog, QWidget *page)
 {
     QStringList cut;
@@ -123,11 +122,12 @@ void TestFrame::onlyAFolderFromBeforeIsAskedAbout()
     QVERIFY(!existed || QDir(project.work.path()).mkdir(file));
     auto d = std::make_unique<IPCPRI::cpridlg>(Project::descriptor(), &project.record, nullptr);
     if (name == QLatin1String("ip1")) {
-        const IPCPRI::ConfigMap saved = TestRecords::with(TestRecords::with(TestRecords::typical(),
-            TestRecords::Key::Language, 1), TestRecords::Key::TargetDevice, QStringLiteral("DVB-1-C2I1"));
-        QVERIFY(d->setOpening(TestRecords::with(saved, TestRecords::Key::SynthesisTool, QStringLiteral("Third-party"))));
-        QCOMPARE(QString::number(d->uiLanguageIndex()) + d->uiSynthesisTool() + d->device().id(),
-                 QStringLiteral("1Third-partyDVB-1-C2I1"));
+        namespace Key = TestRecords::Key;
+        const IPCPRI::ConfigMap saved = TestRecords::with(TestRecords::with(TestRecords::with(TestRecords::typical(),
+            Key::Language, 1), Key::TargetDevice, QStringLiteral("DVB-1-C2I1")), Key::Module, QStringLiteral("top"));
+        QVERIFY(d->setOpening(TestRecords::with(saved, Key::SynthesisTool, QStringLiteral("Third-party"))));
+        QCOMPARE(d->languages().value(d->uiLanguageIndex()) + d->uiSynthesisTool() + d->device().id() + d->moduleName(),
+                 QStringLiteral("VHDLThird-partyDVB-1-C2I1top"));
     } else {
         d->setCreating(name, project.device);
         box(d.get(), "speedSel98304")->click();
