@@ -150,16 +150,12 @@ QDialogButtonBox *makeButtons(QWidget *parent)
 }
 
 // Tabs that ask for the room their pages need to show all of their
-// contents: a page's scroll area counts with its whole content rather than
-// the capped size a scroll area asks for. Every tab title stays in view.
+// contents, every tab title included: a page's scroll area counts with its
+// whole content rather than the capped size a scroll area asks for.
 class TabArea : public QTabWidget
 {
 public:
-    explicit TabArea(QWidget *parent)
-        : QTabWidget(parent)
-    {
-        setUsesScrollButtons(false);
-    }
+    using QTabWidget::QTabWidget;
 
     QSize sizeHint() const override
     {
