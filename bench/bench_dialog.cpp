@@ -3,7 +3,7 @@
 //
 // 1. Opening a warm dialog until it is shown, against the same host frame
 //    holding the same four forms without the core's initialisation, and
-//    against the bare forms in a tab widget at the same size.
+//    against the bare forms in a tab widget, both at the dialog's size.
 // 2. A click that changes the port figure (the "DRP Ports" box), against a
 //    click on a box that runs no code of the dialog ("Fixed Config Enable").
 //
@@ -85,6 +85,7 @@ std::unique_ptr<QWidget> openFrame(Project &p)
     d->uiSetModuleName(p.info.value(QStringLiteral("ipcore.module")).toString());
     addForms(d.get(), [&d](QWidget *page, const QString &title) { d->uiAddTab(page, title); });
     d->setCreating(InstanceName, p.device);
+    d->resize(p.dialogSize);
     showNow(d.get());
     return d;
 }

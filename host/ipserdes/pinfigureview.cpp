@@ -113,62 +113,74 @@ void PinFigureView::measureFont()
     m_ascent = metrics.ascent();
     m_strikeOut = metrics.strikeOutPos();
     m_titleHeight = m_textHeight + m_spacing + m_spacing;
-    m_titleWidth = textWidth(title());
+    m_titleWidth = name(measure(title())).width;
 }
 
 // The title changes the body's width only; it is measured on its own.
 void PinFigureView::measureTitle()
 {
-    m_titleWidth = textWidth(title());
-    fitSize();
+    m_titleWidth = name(measure(title())).width;
+    layoutPicture();
 }
 
-int PinFigureView::textWidth(const QString &name)
+// The name's place in the cache of the current font, where it is measured
+// and laid out the first time it is asked for.
+int PinFigureView::measure(const QString &name)
 {
-    Name &known = (*m_names)[name];
-    if (known.text.text().isEmpty()) {
-        known.width = fontMetrics().horizontalAdvance(name);
-        known.text = QStaticText(name);
-    }
-    return known.width;
+    const auto known = m_names->places.constFind(name);
+    if (known != m_names->places.cend())
+        return known.value();
+    const int place = m_names->names.size();
+    m_names->names.append({fontMetrics().horizontalAdvance(name), QStaticText(name)});
+    m_names->places.insert(name, place);
+    return place;
+}
+
+const PinFigureView::Name &PinFigureView::name(int place) const
+{
+    return m_names->names.at(place);
 }
 
 // Sorts the ports to their sides, with the widths painting needs.
 void PinFigureView::relayout()
 {
-    m_inputs = Side();
-    m_outputs = Side();
+    // The vectors keep their capacity from one port list to the next.
+    for (Side *side : {&m_inputs, &m_outputs}) {
+        side->rows.clear();
+        side->textWidth = {};
+    }
     for (int i = 0; i < m_pins.size(); ++i) {
-        const Row row{i, textWidth(m_pins.at(i).name)};
+        const Row row{i, measure(m_pins.at(i).name)};
         Side &side = m_pins.at(i).direction == 0 ? m_inputs : m_outputs;
         side.rows.append(row);
-        side.textWidth = std::max(side.textWidth, row.textWidth);
+        side.textWidth = std::max(side.textWidth, name(row.name).width);
     }
-    fitSize();
+    layoutPicture();
 }
 
-// Lays the picture out and takes its size. Straight lines are one pixel
+// Lays the picture out and announces the size it needs; the layout or
+// scroll area around the widget applies it. Straight lines are one pixel
 // wide rectangles, which the raster engine fills a span at a time.
-void PinFigureView::fitSize()
+void PinFigureView::layoutPicture()
 {
     const QRect body = bodyRect();
     const QPalette::ColorRole line = QPalette::WindowText;
     const QRect titleRow(body.left(), body.top(), body.width(), m_titleHeight);
     const QSize titleSize(m_titleWidth, m_textHeight);
-    m_picture = Picture();
-    m_picture.fills = {{body, QPalette::AlternateBase},
-                       {QRect(body.topLeft(), body.bottomLeft()), line},
-                       {QRect(body.topRight(), body.bottomRight()), line},
-                       {QRect(body.topLeft(), body.topRight()), line},
-                       {QRect(body.bottomLeft(), body.bottomRight()), line},
-                       {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
-    m_picture.texts = {
-        {QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, titleSize, titleRow).topLeft(),
-         m_names->value(title()).text}};
+    m_picture.fills.clear();
+    m_picture.fills << qMakePair(QRect(body.topLeft(), body.bottomLeft()), line)
+                    << qMakePair(QRect(body.topRight(), body.bottomRight()), line)
+                    << qMakePair(QRect(body.topLeft(), body.topRight()), line)
+                    << qMakePair(QRect(body.bottomLeft(), body.bottomRight()), line)
+                    << qMakePair(QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())),
+                                 line);
+    m_picture.texts.clear();
+    m_picture.texts << qMakePair(
+        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, titleSize, titleRow).topLeft(),
+        measure(title()));
     for (const Side *side : {&m_inputs, &m_outputs})
         layoutSide(*side);
-    if (size() != sizeHint())
-        resize(sizeHint());
+    updateGeometry();
     update();
 }
 
@@ -191,8 +203,8 @@ void PinFigureView::layoutSide(const Side &side)
         if (pin.isBus)
             m_picture.fills << qMakePair(QRect(QPoint(tick, y - m_spacing), QPoint(tick, y + m_spacing)),
                                          colour);
-        const int x = left ? edge + m_spacing : edge - m_spacing - row.textWidth;
-        m_picture.texts << qMakePair(QPoint(x, top), m_names->value(pin.name).text);
+        const int x = left ? edge + m_spacing : edge - m_spacing - name(row.name).width;
+        m_picture.texts << qMakePair(QPoint(x, top), row.name);
         top += m_rowHeight;
     }
 }
@@ -233,7 +245,7 @@ void PinFigureView::paintEvent(QPaintEvent *)
     for (const auto &fill : qAsConst(m_picture.fills))
         painter.fillRect(fill.first, palette().color(fill.second));
     for (const auto &text : qAsConst(m_picture.texts))
-        painter.drawStaticText(text.first, text.second);
+        painter.drawStaticText(text.first, name(text.second).text);
 }
 
 } // namespace IPSERDESIP

@@ -14,9 +14,9 @@
 
 namespace IPSERDESIP {
 
-// Draws a core's port symbol: a body with the module name on top, the
+// Draws a core's port symbol: an outlined body with the module name on top, the
 // input ports as wires on the left, the output ports on the right, bus
-// ports highlighted and crossed by a tick. The widget takes the size the
+// ports highlighted and crossed by a tick. The widget asks for the size the
 // whole symbol needs, so that a scroll area around it can scroll a long
 // port list. Each name is measured and laid out once per font, for all
 // figures of the process.
@@ -50,11 +50,17 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    // One port as drawn: which entry of the list, and its name's width.
+    // A name measured and laid out in one font.
+    struct Name
+    {
+        int width = 0;
+        QStaticText text;
+    };
+    // One port as drawn: which entry of the list, which name of the cache.
     struct Row
     {
         int pin;
-        int textWidth;
+        int name;
     };
     // The ports of one side, and the width of its widest name.
     struct Side
@@ -62,26 +68,26 @@ private:
         QVector<Row> rows;
         int textWidth = 0;
     };
-    // A name measured and laid out in one font.
-    struct Name
+    // The names of one font; a name keeps its place once it has one.
+    struct NameCache
     {
-        int width = 0;
-        QStaticText text;
+        QHash<QString, int> places;
+        QVector<Name> names;
     };
-    using NameCache = QHash<QString, Name>;
     static NameCache &nameCache(const QFont &font);
     // What painting draws, laid out whenever the ports, title or font change.
     struct Picture
     {
-        QVector<QPair<QRect, QPalette::ColorRole>> fills; // body, its lines, the wires
-        QVector<QPair<QPoint, QStaticText>> texts;        // at their top left
+        QVector<QPair<QRect, QPalette::ColorRole>> fills; // the body's lines, the wires
+        QVector<QPair<QPoint, int>> texts;               // names at their top left
     };
 
     void relayout();
     void measureFont();
     void measureTitle();
-    void fitSize();
-    int textWidth(const QString &name);
+    void layoutPicture();
+    int measure(const QString &name);
+    const Name &name(int place) const;
     QStringList names(const Side &side) const;
     int rowCount() const;
     int rowsTop() const;

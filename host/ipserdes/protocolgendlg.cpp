@@ -185,8 +185,9 @@ private:
     }
 };
 
-// Scrolls the port symbol, and asks for the symbol's whole width beside a
-// vertical scroll bar; its height follows the tabs.
+// Scrolls the port symbol, which it sizes to the symbol's size hint, and
+// asks for the symbol's whole width beside a vertical scroll bar; its
+// height follows the tabs.
 class FigureArea : public QScrollArea
 {
 public:
@@ -194,6 +195,7 @@ public:
         : QScrollArea(parent)
     {
         setObjectName(QStringLiteral("figureArea"));
+        setWidgetResizable(true);
         setWidget(figure);
     }
 
