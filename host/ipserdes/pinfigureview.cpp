@@ -127,13 +127,12 @@ void PinFigureView::measureTitle()
 // and laid out the first time it is asked for.
 int PinFigureView::measure(const QString &name)
 {
-    const auto known = m_names->places.constFind(name);
-    if (known != m_names->places.cend())
-        return known.value();
-    const int place = m_names->names.size();
-    m_names->names.append({fontMetrics().horizontalAdvance(name), QStaticText(name)});
-    m_names->places.insert(name, place);
-    return place;
+    auto known = m_names->places.find(name);
+    if (known == m_names->places.end()) {
+        known = m_names->places.insert(name, m_names->names.size());
+        m_names->names.append({fontMetrics().horizontalAdvance(name), QStaticText(name)});
+    }
+    return known.value();
 }
 
 const PinFigureView::Name &PinFigureView::name(int place) const
@@ -167,17 +166,14 @@ void PinFigureView::layoutPicture()
     const QPalette::ColorRole line = QPalette::WindowText;
     const QRect titleRow(body.left(), body.top(), body.width(), m_titleHeight);
     const QSize titleSize(m_titleWidth, m_textHeight);
-    m_picture.fills.clear();
-    m_picture.fills << qMakePair(QRect(body.topLeft(), body.bottomLeft()), line)
-                    << qMakePair(QRect(body.topRight(), body.bottomRight()), line)
-                    << qMakePair(QRect(body.topLeft(), body.topRight()), line)
-                    << qMakePair(QRect(body.bottomLeft(), body.bottomRight()), line)
-                    << qMakePair(QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())),
-                                 line);
-    m_picture.texts.clear();
-    m_picture.texts << qMakePair(
-        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, titleSize, titleRow).topLeft(),
-        measure(title()));
+    m_picture.fills = {{QRect(body.topLeft(), body.bottomLeft()), line},
+                       {QRect(body.topRight(), body.bottomRight()), line},
+                       {QRect(body.topLeft(), body.topRight()), line},
+                       {QRect(body.bottomLeft(), body.bottomRight()), line},
+                       {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
+    m_picture.texts = {
+        {QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, titleSize, titleRow).topLeft(),
+         measure(title())}};
     for (const Side *side : {&m_inputs, &m_outputs})
         layoutSide(*side);
     updateGeometry();
