@@ -93,7 +93,7 @@ void TestFrame::tabsFitTheDefaultSize()
         for (const QString &name : words("speedSel1216512 speedEnable1216512 RealTimeVendor GMII checkBoxDRPPort"))
             d->findChild<QAbstractButton *>(name)->click();
         QCoreApplication::processEvents();
-        edit(d.get(), "moduleNameEdit")->setText(QStringLiteral("a_module_name_wider_than_the_port_names_of_the_core"));
+        edit(d.get(), "moduleNameEdit")->setText(QString(120, QLatin1Char('m'))); // wider than the ports
         QCoreApplication::processEvents();
         QVERIFY(figure->title() == edit(d.get(), "moduleNameEdit")->text() && figure->size() == figure->sizeHint());
         QCOMPARE(tabs->size(), area);
