@@ -175,11 +175,11 @@ private:
     {
         QSize hint = page->sizeHint();
         for (const QScrollArea *area : page->findChildren<QScrollArea *>()) {
-            if (!area->widget() || !area->widgetResizable())
-                continue;
-            const int frame = area->frameWidth() + area->frameWidth();
-            const QSize whole = area->widget()->sizeHint() + QSize(frame, frame);
-            hint = hint.expandedTo(hint + whole - area->sizeHint());
+            if (const QWidget *content = area->widgetResizable() ? area->widget() : nullptr) {
+                const int frame = area->frameWidth() + area->frameWidth();
+                const QSize whole = content->sizeHint() + QSize(frame, frame);
+                hint = hint.expandedTo(hint + whole - area->sizeHint());
+            }
         }
         return hint;
     }
