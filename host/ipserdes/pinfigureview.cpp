@@ -185,7 +185,7 @@ void PinFigureView::layoutPicture()
 // crossed by a tick a spacing in from the wire's outer end.
 void PinFigureView::layoutSide(const Side &side)
 {
-    const bool left = &side == &m_inputs;
+    const bool left = side.left;
     const QRect body = bodyRect();
     const int edge = left ? body.left() : body.right();
     const int outer = left ? edge - m_wireLength : edge + m_wireLength;

@@ -65,6 +65,7 @@ private:
     // The ports of one side, and the width of its widest name.
     struct Side
     {
+        bool left;
         QVector<Row> rows;
         int textWidth = 0;
     };
@@ -95,8 +96,8 @@ private:
     void layoutSide(const Side &side);
 
     QList<Utils::PinFigure> m_pins;
-    Side m_inputs;
-    Side m_outputs;
+    Side m_inputs{true, {}};
+    Side m_outputs{false, {}};
     QString m_title;
     NameCache *m_names = nullptr; // of the current font
     Picture m_picture;

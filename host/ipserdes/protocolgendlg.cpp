@@ -272,7 +272,6 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_moduleName, &QLineEdit::textChanged, m_figure, &PinFigureView::setTitle);
 
-    updateCreatePath();
     m_existingFolders = existingFolders();
 }
 
