@@ -1,22 +1,26 @@
 // Time per generated core against writing the same bytes to the same
-// files directly, to show what generation adds over plain file output.
+// files directly, in the same way generation writes them (a file beside
+// the target, then renamed over it), to show what generation adds over
+// plain file output. The two alternate record by record.
 //
 //   bench_generate [records]   (default 2000)
 
+#include "benchstats.h"
 #include "../tests/testrecords.h"
 
 #include <config/configkeys.h>
 #include <plugin/cpri.h>
 
+#include <ipcore/ipcorefunctions.h>
 #include <ipserdes/serdes.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTextStream>
 
 #include <cstdio>
+#include <cstdlib>
 
 using IPCPRI::ConfigMap;
 namespace Key = IPCPRI::Config::Key;
@@ -44,16 +48,23 @@ ConfigMap record(int i)
     return r;
 }
 
-struct Output
-{
-    QString path;
-    QByteArray bytes;
-};
-
 QByteArray readAll(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Writes bytes to a file beside path and renames it over path.
+bool writeAndRename(const QString &path, const QByteArray &bytes)
+{
+    const QString partial = path + QStringLiteral(".bench");
+    QFile file(partial);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size()
+        || !file.flush())
+        return false;
+    file.close();
+    return std::rename(QFile::encodeName(partial).constData(), QFile::encodeName(path).constData())
+           == 0;
 }
 
 } // namespace
@@ -61,7 +72,7 @@ QByteArray readAll(const QString &path)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
-    const int count = argc > 1 ? std::atoi(argv[1]) : 2000;
+    const int count = argc > 1 ? std::max(1, std::atoi(argv[1])) : 2000;
     QTemporaryDir work;
     IPSERDESIP::serdes::instance()->setWorkingDir(work.path());
     IPCPRI::cpri protocol(QStringLiteral(CPRI_PACKAGE_DIR));
@@ -70,45 +81,40 @@ int main(int argc, char *argv[])
         return 1;
     }
 
-    QVector<ConfigMap> records;
-    for (int i = 0; i < count; ++i)
-        records << record(i);
-
-    // Generation, and what it wrote for the plain run to write again.
-    QVector<Output> outputs;
+    QVector<double> generation, plain;
     QElapsedTimer timer;
-    timer.start();
-    for (const ConfigMap &r : qAsConst(records)) {
+    for (int i = 0; i < count; ++i) {
+        const ConfigMap r = record(i);
         QStringList settings, files, options;
         QString message;
-        if (!protocol.generate(r, settings, files, options, message, false)) {
-            std::fprintf(stderr, "generation failed\n");
+        IPCore::clearWrittenFiles();
+        timer.start();
+        const bool generated = protocol.generate(r, settings, files, options, message, false);
+        generation << timer.nsecsElapsed() / 1000.0;
+        const QStringList written = IPCore::writtenFiles();
+        if (!generated || written.isEmpty()) {
+            std::fprintf(stderr, "generation failed: %s\n", qPrintable(IPCore::lastError()));
             return 1;
         }
-    }
-    const qint64 generateNs = timer.nsecsElapsed();
 
-    for (const ConfigMap &r : qAsConst(records)) {
-        const QString dir = work.path() + QLatin1Char('/') + r.value(Key::File).toString()
-                            + QStringLiteral("/temp/cpri/");
-        for (const char *name : {"top_define.vh", "cpri_defines.vh", "cpri.ini"}) {
-            const QString path = dir + QString::fromLatin1(name);
-            outputs.append({path, readAll(path)});
+        // The same bytes to the same files, the same way.
+        QVector<QByteArray> bytes;
+        for (const QString &path : written)
+            bytes << readAll(path);
+        timer.start();
+        for (int f = 0; f < written.size(); ++f) {
+            if (!writeAndRename(written.at(f), bytes.at(f))) {
+                std::fprintf(stderr, "cannot write %s\n", qPrintable(written.at(f)));
+                return 1;
+            }
         }
+        plain << timer.nsecsElapsed() / 1000.0;
     }
-    timer.restart();
-    for (const Output &out : qAsConst(outputs)) {
-        QFile file(out.path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(out.bytes) < 0)
-            return 1;
-    }
-    const qint64 plainNs = timer.nsecsElapsed();
 
-    const double perGenerate = generateNs / 1000.0 / count;
-    const double perPlain = plainNs / 1000.0 / count;
-    std::printf("records:                  %d\n", count);
-    std::printf("generate:                 %.1f us per record\n", perGenerate);
-    std::printf("plain writes, same bytes: %.1f us per record\n", perPlain);
-    std::printf("ratio:                    %.2fx (goal: under 2x)\n", perGenerate / perPlain);
+    const Bench::Figures g = Bench::figures(generation), w = Bench::figures(plain);
+    std::printf("Per record (%d records, alternating):\n", count);
+    Bench::printRow("generate", g, "us");
+    Bench::printRow("plain writes, same bytes and way", w, "us");
+    Bench::printRatio("generate / plain writes", g, w, "under 2x");
     return 0;
 }

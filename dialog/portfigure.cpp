@@ -173,8 +173,10 @@ bool anyOptionalPort(const Choices &c)
 
 Utils::PinFigure pinFigure(const QString &name)
 {
-    const bool output = name.section(QLatin1Char('['), 0, 0).endsWith(QLatin1String("_o"));
-    return Utils::PinFigure(name, output ? 1 : 0, name.contains(QLatin1Char('[')),
+    // The name before its bit range, without copying it.
+    const int range = name.indexOf(QLatin1Char('['));
+    const bool output = name.leftRef(range).endsWith(QLatin1String("_o"));
+    return Utils::PinFigure(name, output ? 1 : 0, range >= 0,
                             output ? Qt::AlignRight : Qt::AlignLeft);
 }
 

@@ -11,7 +11,7 @@ namespace {
 // for a DVA-1 device: the look (see look()) of each named widget.
 const QString InitialLook =
     "tabWidget CPRI Core Configuration|PHY Configuration|AFE Configuration|Optional Ports Configuration;"
-    "createPathLabel ~/cpri_0;coreLabel CPRI (Common Public Radio Interface) Link Core;fileNameEdit cpri_0;"
+    "createPathLabel ~/cpri_0;fileNameEdit cpri_0;"
     "moduleNameEdit cpri_top;languageCombo Verilog|VHDL@Verilog;synthesisToolCombo Built-in|Third-party@Built-in;"
     "speedSel3072 3.072G and Under;speedSel6144 6.144G and Under;speedSel98304 9.8304G and Under;"
     "speedSel101376 10.1376G and Under;speedSel1216512 12.16512G and Under;speedEnable06144 0.6144Gbps-;"

@@ -22,6 +22,8 @@ const Case Ok[] = {
     {Rate98304 + "okButton", Refused, "Question: The folder*", Dva, "folder", "", false},
     {Rate98304 + "okButton", Kept + "true;shared Q0_BIAS=#7", "Question: The folder*|" + Msg::bias(Q00, 7), Dva,
      "folder"},
+    {Rate98304 + "Calculate;okButton", Kept + "true;shared Q0_BIAS=#7", Msg::bias(Q00, 7) + '|' + Msg::Succeed},
+    {Rate98304 + "okButton", Kept + "false;shared ", "", Dva, "folder", Saved + "file=cpri_0"},
     {"moduleNameEdit=1a;okButton", Refused, "Error: The module name*", Dva, "full"},
     {"okButton", Refused, "Error: No available lanes", Dva, "full"},
     {"okButton", Refused, "Error: Please Enable Speed"},

@@ -2,55 +2,30 @@
 
 #include <QEvent>
 #include <QFontMetrics>
-#include <QPaintEvent>
+#include <QMap>
 #include <QPainter>
-#include <QPalette>
+#include <QStyle>
 
 #include <algorithm>
 
 namespace IPSERDESIP {
 
-namespace {
+// All distances of the symbol come from its font: the average character
+// width spaces the parts, a port wire is as long as a row is high, and a
+// wire meets its name at the height of the font's strike-out line.
 
-constexpr int kMargin = 10;         // around the whole symbol
-constexpr int kPinLength = 24;      // length of a port wire outside the body
-constexpr int kTextGap = 6;         // between the body's edge and a port name
-constexpr int kMiddleGap = 20;      // between the left and the right names
-constexpr int kTitlePadding = 16;   // left and right of the title
-constexpr int kMinBodyWidth = 120;
-constexpr int kMinBodyRows = 2;     // an empty symbol still shows a body
-constexpr int kBottomPadding = 8;
-constexpr int kRowPadding = 6;
-constexpr int kTitleRowPadding = 12;
-constexpr int kSlashHalf = 4;       // half size of the bus slash
-
-int widestName(const QFontMetrics &metrics, const QList<Utils::PinFigure> &pins,
-               const QVector<int> &indices)
+// Names repeat in every figure of every dialog: the caches of all fonts
+// used so far live as long as the process.
+PinFigureView::NameCache &PinFigureView::nameCache(const QFont &font)
 {
-    int widest = 0;
-    for (int index : indices)
-        widest = std::max(widest, metrics.horizontalAdvance(pins.at(index).name));
-    return widest;
+    static QMap<QString, NameCache> fonts;
+    return fonts[font.key()];
 }
-
-} // namespace
 
 PinFigureView::PinFigureView(QWidget *parent)
     : QWidget(parent)
-    , m_bodyPen(QColor(50, 50, 50), 2)
-    , m_wirePen(QColor(30, 30, 30), 1)
-    , m_busPen(QColor(20, 60, 160), 3)
-    , m_slashPen(QColor(20, 60, 160), 1)
-    , m_textPen(QColor(20, 20, 20))
-    , m_bodyBrush(QColor(238, 244, 252))
 {
-    setObjectName(QStringLiteral("pinFigureView"));
-    setAutoFillBackground(true);
-    QPalette pal = palette();
-    pal.setColor(QPalette::Window, Qt::white);
-    setPalette(pal);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    updateFonts();
+    measureFont();
     relayout();
 }
 
@@ -58,6 +33,8 @@ PinFigureView::~PinFigureView() = default;
 
 void PinFigureView::setPins(const QList<Utils::PinFigure> &pins)
 {
+    if (pins == m_pins)
+        return;
     m_pins = pins;
     relayout();
 }
@@ -72,7 +49,7 @@ void PinFigureView::setTitle(const QString &title)
     if (title == m_title)
         return;
     m_title = title;
-    relayout();
+    measureTitle();
 }
 
 QString PinFigureView::title() const
@@ -85,20 +62,30 @@ QString PinFigureView::defaultTitle()
     return QStringLiteral("cpri");
 }
 
+QStringList PinFigureView::inputNames() const
+{
+    return names(m_inputs);
+}
+
+QStringList PinFigureView::outputNames() const
+{
+    return names(m_outputs);
+}
+
 int PinFigureView::inputCount() const
 {
-    return m_inputs.size();
+    return m_inputs.rows.size();
 }
 
 int PinFigureView::outputCount() const
 {
-    return m_outputs.size();
+    return m_outputs.rows.size();
 }
 
 QSize PinFigureView::sizeHint() const
 {
     const QRect body = bodyRect();
-    return QSize(body.width() + 2 * (kMargin + kPinLength), body.height() + 2 * kMargin);
+    return QSize(body.right() + m_wireLength + m_spacing, body.bottom() + m_spacing);
 }
 
 QSize PinFigureView::minimumSizeHint() const
@@ -110,128 +97,151 @@ void PinFigureView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
-        updateFonts();
+        measureFont();
         relayout();
     }
 }
 
-void PinFigureView::updateFonts()
+void PinFigureView::measureFont()
 {
-    m_titleFont = font();
-    m_titleFont.setBold(true);
-    if (m_titleFont.pointSizeF() > 0)
-        m_titleFont.setPointSizeF(m_titleFont.pointSizeF() + 1);
+    m_names = &nameCache(font());
+    const QFontMetrics metrics(font());
+    m_spacing = metrics.averageCharWidth();
+    m_textHeight = metrics.height();
+    m_rowHeight = m_textHeight + m_spacing;
+    m_wireLength = m_rowHeight;
+    m_ascent = metrics.ascent();
+    m_strikeOut = metrics.strikeOutPos();
+    m_titleHeight = m_textHeight + m_spacing + m_spacing;
+    m_titleWidth = name(measure(title())).width;
 }
 
-// Sorts the ports to their sides and measures everything painting needs.
+// The title changes the body's width only; it is measured on its own.
+void PinFigureView::measureTitle()
+{
+    m_titleWidth = name(measure(title())).width;
+    layoutPicture();
+}
+
+// The name's place in the cache of the current font, where it is measured
+// and laid out the first time it is asked for.
+int PinFigureView::measure(const QString &name)
+{
+    auto known = m_names->places.find(name);
+    if (known == m_names->places.end()) {
+        known = m_names->places.insert(name, m_names->names.size());
+        m_names->names.append({fontMetrics().horizontalAdvance(name), QStaticText(name)});
+    }
+    return known.value();
+}
+
+const PinFigureView::Name &PinFigureView::name(int place) const
+{
+    return m_names->names.at(place);
+}
+
+// Sorts the ports to their sides, with the widths painting needs.
 void PinFigureView::relayout()
 {
-    m_inputs.clear();
-    m_outputs.clear();
-    for (int i = 0; i < m_pins.size(); ++i)
-        (m_pins.at(i).direction == 0 ? m_inputs : m_outputs).append(i);
+    // The vectors keep their capacity from one port list to the next.
+    for (Side *side : {&m_inputs, &m_outputs}) {
+        side->rows.clear();
+        side->textWidth = {};
+    }
+    for (int i = 0; i < m_pins.size(); ++i) {
+        const Row row{i, measure(m_pins.at(i).name)};
+        Side &side = m_pins.at(i).direction == 0 ? m_inputs : m_outputs;
+        side.rows.append(row);
+        side.textWidth = std::max(side.textWidth, name(row.name).width);
+    }
+    layoutPicture();
+}
 
-    const QFontMetrics metrics(font());
-    m_rowHeight = metrics.height() + kRowPadding;
-    m_leftTextWidth = widestName(metrics, m_pins, m_inputs);
-    m_rightTextWidth = widestName(metrics, m_pins, m_outputs);
-
-    const QFontMetrics titleMetrics(m_titleFont);
-    m_titleHeight = titleMetrics.height() + kTitleRowPadding;
-    m_titleWidth = titleMetrics.horizontalAdvance(title());
-
+// Lays the picture out and announces the size it needs; the layout or
+// scroll area around the widget applies it. Straight lines are one pixel
+// wide rectangles, which the raster engine fills a span at a time.
+void PinFigureView::layoutPicture()
+{
+    const QRect body = bodyRect();
+    const QPalette::ColorRole line = QPalette::WindowText;
+    const QRect titleRow(body.left(), body.top(), body.width(), m_titleHeight);
+    const QSize titleSize(m_titleWidth, m_textHeight);
+    m_picture.fills = {{QRect(body.topLeft(), body.bottomLeft()), line},
+                       {QRect(body.topRight(), body.bottomRight()), line},
+                       {QRect(body.topLeft(), body.topRight()), line},
+                       {QRect(body.bottomLeft(), body.bottomRight()), line},
+                       {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
+    m_picture.texts = {
+        {QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, titleSize, titleRow).topLeft(),
+         measure(title())}};
+    for (const Side *side : {&m_inputs, &m_outputs})
+        layoutSide(*side);
     updateGeometry();
-    resize(sizeHint());
     update();
+}
+
+// A side's wires end at the body's edge, its names start a spacing inside
+// it; a wire meets its name at the strike-out line. A bus is highlighted and
+// crossed by a tick a spacing in from the wire's outer end.
+void PinFigureView::layoutSide(const Side &side)
+{
+    const bool left = side.left;
+    const QRect body = bodyRect();
+    const int edge = left ? body.left() : body.right();
+    const int outer = left ? edge - m_wireLength : edge + m_wireLength;
+    const int tick = left ? outer + m_spacing : outer - m_spacing;
+    int top = rowsTop() + m_spacing;
+    for (const Row &row : side.rows) {
+        const Utils::PinFigure &pin = m_pins.at(row.pin);
+        const int y = top + m_ascent - m_strikeOut;
+        const QPalette::ColorRole colour = pin.isBus ? QPalette::Highlight : QPalette::WindowText;
+        m_picture.fills << qMakePair(QRect(QPoint(outer, y), QPoint(edge, y)), colour);
+        if (pin.isBus)
+            m_picture.fills << qMakePair(QRect(QPoint(tick, y - m_spacing), QPoint(tick, y + m_spacing)),
+                                         colour);
+        const int x = left ? edge + m_spacing : edge - m_spacing - name(row.name).width;
+        m_picture.texts << qMakePair(QPoint(x, top), row.name);
+        top += m_rowHeight;
+    }
+}
+
+QStringList PinFigureView::names(const Side &side) const
+{
+    QStringList list;
+    for (const Row &row : side.rows)
+        list << m_pins.at(row.pin).name;
+    return list;
 }
 
 int PinFigureView::rowCount() const
 {
-    return std::max(m_inputs.size(), m_outputs.size());
+    return std::max(m_inputs.rows.size(), m_outputs.rows.size());
 }
 
 int PinFigureView::rowsTop() const
 {
-    return kMargin + m_titleHeight;
+    return m_spacing + m_titleHeight;
 }
 
-int PinFigureView::rowCentre(int row) const
-{
-    return rowsTop() + row * m_rowHeight + m_rowHeight / 2;
-}
-
+// The body holds the title row above the rows of port names, each side's
+// names a spacing away from its edge and the two sides a wire length apart.
 QRect PinFigureView::bodyRect() const
 {
-    const int namesWidth = 2 * kTextGap + m_leftTextWidth + kMiddleGap + m_rightTextWidth;
-    const int width = std::max({kMinBodyWidth, m_titleWidth + 2 * kTitlePadding, namesWidth});
-    const int rows = std::max(rowCount(), kMinBodyRows);
-    const int height = m_titleHeight + rows * m_rowHeight + kBottomPadding;
-    return QRect(kMargin + kPinLength, kMargin, width, height);
+    const int names = m_spacing + m_inputs.textWidth + m_wireLength + m_outputs.textWidth
+                      + m_spacing;
+    const int width = std::max(names, m_spacing + m_titleWidth + m_spacing);
+    const int height = m_titleHeight + rowCount() * m_rowHeight + m_spacing;
+    return QRect(m_spacing + m_wireLength, m_spacing, width, height);
 }
 
-void PinFigureView::paintEvent(QPaintEvent *event)
+// The painter's pen is the widget's text colour; it clips what is not exposed.
+void PinFigureView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing, true);
-    drawBody(painter);
-
-    // Only the rows that intersect the exposed area are drawn.
-    const QRect exposed = event->rect();
-    const int firstRow = std::max(0, (exposed.top() - rowsTop()) / m_rowHeight - 1);
-    const int lastRow = (exposed.bottom() - rowsTop()) / m_rowHeight + 1;
-    if (lastRow < 0)
-        return;
-    painter.setFont(font());
-    drawSide(painter, m_inputs, true, firstRow, lastRow);
-    drawSide(painter, m_outputs, false, firstRow, lastRow);
-}
-
-void PinFigureView::drawBody(QPainter &painter) const
-{
-    const QRect body = bodyRect();
-    painter.setPen(m_bodyPen);
-    painter.setBrush(m_bodyBrush);
-    painter.drawRect(body);
-
-    const QRect titleRect(body.x(), body.y(), body.width(), m_titleHeight);
-    painter.drawLine(titleRect.x(), titleRect.y() + titleRect.height(),
-                     titleRect.x() + titleRect.width(), titleRect.y() + titleRect.height());
-    painter.setPen(m_textPen);
-    painter.setFont(m_titleFont);
-    painter.drawText(titleRect, Qt::AlignCenter, title());
-}
-
-void PinFigureView::drawSide(QPainter &painter, const QVector<int> &side, bool left,
-                             int firstRow, int lastRow) const
-{
-    const QRect body = bodyRect();
-    const int edge = left ? body.x() : body.x() + body.width();
-    const int last = std::min(lastRow, side.size() - 1);
-    for (int row = firstRow; row <= last; ++row)
-        drawPin(painter, m_pins.at(side.at(row)), left, edge, rowCentre(row));
-}
-
-// edge is the x of the body's side the wire ends at; y the wire's row centre.
-void PinFigureView::drawPin(QPainter &painter, const Utils::PinFigure &pin, bool left,
-                            int edge, int y) const
-{
-    const int outer = left ? edge - kPinLength : edge + kPinLength;
-
-    painter.setPen(pin.isBus ? m_busPen : m_wirePen);
-    painter.drawLine(outer, y, edge, y);
-    if (pin.isBus) {
-        const int middle = (outer + edge) / 2;
-        painter.setPen(m_slashPen);
-        painter.drawLine(middle - kSlashHalf, y + kSlashHalf + 1,
-                         middle + kSlashHalf, y - kSlashHalf - 1);
-    }
-
-    const int textWidth = left ? m_leftTextWidth : m_rightTextWidth;
-    const int textX = left ? edge + kTextGap : edge - kTextGap - textWidth;
-    const QRect textRect(textX, y - m_rowHeight / 2, textWidth, m_rowHeight);
-    painter.setPen(m_textPen);
-    painter.drawText(textRect, (left ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter,
-                     pin.name);
+    for (const auto &fill : qAsConst(m_picture.fills))
+        painter.fillRect(fill.first, palette().color(fill.second));
+    for (const auto &text : qAsConst(m_picture.texts))
+        painter.drawStaticText(text.first, name(text.second).text);
 }
 
 } // namespace IPSERDESIP

@@ -7,19 +7,24 @@
 #include "../dev/devicedb.h"
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSet>
+#include <QShowEvent>
+#include <QSplitter>
 #include <QStyle>
+#include <QStyleOptionTabWidgetFrame>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -29,42 +34,18 @@ namespace IPSERDESIP {
 
 namespace {
 
-const char kWindowIcon[] = ":/image/module.png";
 const char kTargetDeviceKey[] = "target_device";
 const char kFileKey[] = "file";
 const char kModuleKey[] = "module";
-const char kFigureAreaName[] = "figureArea";
 
-constexpr int kMinFigureAreaWidth = 220;
-constexpr int kMaxFigureAreaWidth = 600;
-constexpr int kMinFigureAreaHeight = 320;
-constexpr qreal kFigureFontScale = 0.9;
-// Room for the symbol beside a core's largest tab page.
-constexpr int kInitialWidth = 1180;
-constexpr int kInitialHeight = 780;
-
-QString messageBoxName(QMessageBox::Icon icon)
-{
-    switch (icon) {
-    case QMessageBox::Critical:
-        return QStringLiteral("errorMessageBox");
-    case QMessageBox::Question:
-        return QStringLiteral("questionMessageBox");
-    default:
-        return QStringLiteral("helpMessageBox");
-    }
-}
-
-// Runs a modal message box over parent and returns the button chosen.
+// Runs a modal message box over parent and returns the button chosen. The
+// box shows the parent's window icon.
 int runMessageBox(QWidget *parent, QMessageBox::Icon icon, const QString &title,
                   const QString &text, QMessageBox::StandardButtons buttons,
                   QMessageBox::StandardButton defaultButton = QMessageBox::NoButton)
 {
     QMessageBox box(icon, title, text, buttons, parent);
-    box.setObjectName(messageBoxName(icon));
-    box.setWindowIcon(QIcon(QString::fromLatin1(kWindowIcon)));
-    if (defaultButton != QMessageBox::NoButton)
-        box.setDefaultButton(defaultButton);
+    box.setDefaultButton(defaultButton);
     return box.exec();
 }
 
@@ -83,81 +64,102 @@ QComboBox *makeComboBox(const QString &objectName, const QStringList &items, QWi
     return combo;
 }
 
-QPushButton *makeButton(const QString &text, const QString &objectName, QWidget *parent)
-{
-    auto *button = new QPushButton(text, parent);
-    button->setObjectName(objectName);
-    button->setAutoDefault(false);
-    return button;
-}
-
-QLabel *makeCoreLabel(QWidget *parent)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(QStringLiteral("coreLabel"));
-    label->setWordWrap(true);
-    QFont bold = label->font();
-    bold.setBold(true);
-    label->setFont(bold);
-    return label;
-}
-
 QLabel *makeCreatePathLabel(QWidget *parent)
 {
     auto *label = new QLabel(parent);
     label->setObjectName(QStringLiteral("createPathLabel"));
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    // A long path must not widen the dialog; the tool tip shows it whole.
-    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     return label;
 }
 
-// Help on the left, OK and Cancel on the right.
-QHBoxLayout *makeButtonRow(QPushButton *help, QPushButton *ok, QPushButton *cancel)
+// OK, the default button, and Cancel.
+QDialogButtonBox *makeButtons(QWidget *parent)
 {
-    auto *row = new QHBoxLayout;
-    row->addWidget(help);
-    row->addStretch(1);
-    row->addWidget(ok);
-    row->addWidget(cancel);
-    return row;
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, parent);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("okButton"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancelButton"));
+    return buttons;
 }
 
-// The symbol's port names are set a little smaller than the form's text.
-PinFigureView *makeFigureView()
+// Tabs that ask for the room their pages need to show all of their
+// contents, every tab title included: a page's scroll area counts with its
+// whole content rather than the capped size a scroll area asks for.
+class TabArea : public QTabWidget
 {
-    auto *view = new PinFigureView;
-    QFont font = view->font();
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * kFigureFontScale);
-    view->setFont(font);
-    return view;
-}
+public:
+    using QTabWidget::QTabWidget;
 
-QScrollArea *makeFigureArea(PinFigureView *figure, QWidget *parent)
-{
-    auto *area = new QScrollArea(parent);
-    area->setObjectName(QString::fromLatin1(kFigureAreaName));
-    area->setWidgetResizable(false);
-    area->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    area->setBackgroundRole(QPalette::Base);
-    area->setMinimumHeight(kMinFigureAreaHeight);
-    area->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Expanding);
-    area->setWidget(figure);
-    return area;
-}
+    QSize sizeHint() const override
+    {
+        QSize pages;
+        for (int i = 0; i < count(); ++i)
+            pages = pages.expandedTo(wholeSizeHint(widget(i)));
+        const QSize bar = tabBar()->sizeHint();
+        QStyleOptionTabWidgetFrame option;
+        initStyleOption(&option);
+        option.state = QStyle::State_None;
+        const QSize contents(std::max(pages.width(), bar.width()), pages.height() + bar.height());
+        return style()->sizeFromContents(QStyle::CT_TabWidget, &option, contents, this);
+    }
 
-// Sizes the figure area to the whole symbol's width: never wider than the
-// symbol needs, and up to a limit past which the area scrolls sideways.
-void fitFigureArea(QScrollArea *area, const PinFigureView *figure)
+private:
+    static QSize wholeSizeHint(const QWidget *page)
+    {
+        QSize hint = page->sizeHint();
+        for (const QScrollArea *area : page->findChildren<QScrollArea *>()) {
+            if (const QWidget *content = area->widgetResizable() ? area->widget() : nullptr) {
+                const int frame = area->frameWidth() + area->frameWidth();
+                const QSize whole = content->sizeHint() + QSize(frame, frame);
+                hint = hint.expandedTo(hint + whole - area->sizeHint());
+            }
+        }
+        return hint;
+    }
+};
+
+// Scrolls the port symbol, which it sizes to the symbol's size hint, and
+// asks for the symbol's whole width beside a vertical scroll bar; its
+// height follows the tabs.
+class FigureArea : public QScrollArea
 {
-    if (!area)
-        return;
-    const int scrollBar = area->style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, area);
-    const int wanted = std::max(kMinFigureAreaWidth, figure->sizeHint().width() + scrollBar
-                                                         + 2 * area->frameWidth() + 2);
-    area->setMinimumWidth(std::min(wanted, kMaxFigureAreaWidth));
-    area->setMaximumWidth(wanted);
+public:
+    FigureArea(PinFigureView *figure, QWidget *parent)
+        : QScrollArea(parent)
+    {
+        setObjectName(QStringLiteral("figureArea"));
+        setWidgetResizable(true);
+        setWidget(figure);
+    }
+
+    QSize sizeHint() const override
+    {
+        const int frame = frameWidth() + frameWidth();
+        return QSize(widget()->sizeHint().width() + verticalScrollBar()->sizeHint().width() + frame,
+                     minimumSizeHint().height());
+    }
+};
+
+// Figure and tabs side by side; unlike QSplitter's own, its size hint
+// leaves room for the handle between them.
+class FigureSplitter : public QSplitter
+{
+public:
+    using QSplitter::QSplitter;
+
+    QSize sizeHint() const override
+    {
+        QSize hint = QSplitter::sizeHint();
+        hint.rwidth() += handleWidth() * (count() - 1);
+        return hint;
+    }
+};
+
+// Folders in the working directory when a dialog opens: output folders
+// that this dialog did not make.
+QSet<QString> existingFolders()
+{
+    const QStringList names =
+        QDir(serdes::instance()->workingDir()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    return QSet<QString>(names.cbegin(), names.cend());
 }
 
 } // namespace
@@ -165,51 +167,44 @@ void fitFigureArea(QScrollArea *area, const PinFigureView *figure)
 protocolGenDlg::protocolGenDlg(QWidget *parent)
     : QDialog(parent)
 {
-    setObjectName(QStringLiteral("protocolGenDlg"));
-    setWindowTitle(tr("Customize IP"));
-    setWindowIcon(QIcon(QString::fromLatin1(kWindowIcon)));
-
-    m_label = makeCoreLabel(this);
     m_fileName = makeLineEdit(QStringLiteral("fileNameEdit"), this);
     m_moduleName = makeLineEdit(QStringLiteral("moduleNameEdit"), this);
     m_language = makeComboBox(QStringLiteral("languageCombo"), languages(), this);
     m_synthesisTool = makeComboBox(QStringLiteral("synthesisToolCombo"), synthesisTools(), this);
     m_createPath = makeCreatePathLabel(this);
 
-    auto *form = new QFormLayout;
-    form->addRow(tr("File Name"), m_fileName);
-    form->addRow(tr("Module Name"), m_moduleName);
-    form->addRow(tr("Language"), m_language);
-    form->addRow(tr("Synthesis Tool"), m_synthesisTool);
-    form->addRow(tr("Create In"), m_createPath);
+    // The output fields in two columns, which leaves the height to the tabs.
+    auto *outputFields = new QFormLayout;
+    outputFields->addRow(tr("File Name"), m_fileName);
+    outputFields->addRow(tr("Language"), m_language);
+    outputFields->addRow(tr("Create In"), m_createPath);
+    auto *moduleFields = new QFormLayout;
+    moduleFields->addRow(tr("Module Name"), m_moduleName);
+    moduleFields->addRow(tr("Synthesis Tool"), m_synthesisTool);
+    auto *fields = new QHBoxLayout;
+    fields->addLayout(outputFields);
+    fields->addLayout(moduleFields);
 
-    m_figure = makeFigureView();
-    m_tabs = new QTabWidget(this);
+    m_figure = new PinFigureView;
+    m_tabs = new TabArea(this);
     m_tabs->setObjectName(QStringLiteral("tabWidget"));
-    auto *middle = new QHBoxLayout;
-    middle->addWidget(makeFigureArea(m_figure, this));
-    middle->addWidget(m_tabs, 1);
+    auto *splitter = new FigureSplitter(this);
+    splitter->addWidget(new FigureArea(m_figure, splitter));
+    splitter->addWidget(m_tabs);
 
-    QPushButton *help = makeButton(tr("Help"), QStringLiteral("helpButton"), this);
-    QPushButton *ok = makeButton(tr("OK"), QStringLiteral("okButton"), this);
-    QPushButton *cancel = makeButton(tr("Cancel"), QStringLiteral("cancelButton"), this);
-    ok->setDefault(true);
+    QDialogButtonBox *buttons = makeButtons(this);
 
     auto *mainLayout = new QVBoxLayout(this);
-    mainLayout->addWidget(m_label);
-    mainLayout->addLayout(form);
-    mainLayout->addLayout(middle, 1);
-    mainLayout->addLayout(makeButtonRow(help, ok, cancel));
+    mainLayout->addLayout(fields);
+    mainLayout->addWidget(splitter);
+    mainLayout->addWidget(buttons);
 
     // accept and reject are virtual: a core's overrides run.
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    connect(help, &QPushButton::clicked, this, &protocolGenDlg::showHelp);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_moduleName, &QLineEdit::textChanged, m_figure, &PinFigureView::setTitle);
 
-    fitFigureArea(findChild<QScrollArea *>(QString::fromLatin1(kFigureAreaName)), m_figure);
-    updateCreatePath();
-    resize(kInitialWidth, kInitialHeight);
+    m_existingFolders = existingFolders();
 }
 
 protocolGenDlg::~protocolGenDlg() = default;
@@ -237,6 +232,8 @@ void protocolGenDlg::setCreating(const QString &name, const DEV::DeviceArg &devi
 {
     m_instanceName = name;
     m_device = device;
+    if (!name.isEmpty())
+        m_fileName->setText(name);
     initDialog();
 }
 
@@ -255,9 +252,10 @@ bool protocolGenDlg::setOpening(const QMap<QString, QVariant> &config)
     return loadConfiguration(config);
 }
 
+// The core's label is the dialog's title.
 void protocolGenDlg::uiSetLabelText(const QString &text)
 {
-    m_label->setText(text);
+    setWindowTitle(text);
 }
 
 void protocolGenDlg::uiSetDefaultFileName(const QString &name)
@@ -279,16 +277,14 @@ void protocolGenDlg::uiAddTab(QWidget *page, const QString &title)
 // Selects the tool with exactly this name; an unknown name changes nothing.
 void protocolGenDlg::uiSetSynthesisTool(const QString &tool)
 {
-    const int index = m_synthesisTool->findText(tool, Qt::MatchExactly | Qt::MatchCaseSensitive);
-    if (index >= 0)
-        m_synthesisTool->setCurrentIndex(index);
+    m_synthesisTool->setCurrentText(tool);
 }
 
-// Selects a language by its index in languages(); an index out of range changes nothing.
+// Selects a language by its index in languages(); an index out of range
+// names no item and changes nothing.
 void protocolGenDlg::uiSetLanguageIndex(int index)
 {
-    if (index >= 0 && index < m_language->count())
-        m_language->setCurrentIndex(index);
+    m_language->setCurrentText(m_language->itemText(index));
 }
 
 QString protocolGenDlg::uiSynthesisTool() const
@@ -324,7 +320,6 @@ QString protocolGenDlg::createPath() const
 void protocolGenDlg::uiSetFigurePins(const QList<Utils::PinFigure> &pins)
 {
     m_figure->setPins(pins);
-    fitFigureArea(findChild<QScrollArea *>(QString::fromLatin1(kFigureAreaName)), m_figure);
 }
 
 QList<Utils::PinFigure> protocolGenDlg::figurePins() const
@@ -358,16 +353,28 @@ bool protocolGenDlg::checkModuleName()
     return false;
 }
 
+// Only a folder that was there before this dialog opened is asked about,
+// not the one its own calculation made.
 bool protocolGenDlg::checkFileExisting()
 {
     const QString path = createPath();
-    if (!QFileInfo(path).isDir())
+    if (!m_existingFolders.contains(fileName()) || !QFileInfo(path).isDir())
         return true;
     const QString text = tr("The folder \"%1\" already exists. Its files may be overwritten.\n"
                             "Do you want to use it anyway?").arg(QDir::toNativeSeparators(path));
     return runMessageBox(this, QMessageBox::Question, tr("Question"), text,
                          QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
            == QMessageBox::Yes;
+}
+
+// Opens at the size the contents ask for, unless the host sized the
+// dialog. The window exists by now, so the size is not cut to the screen
+// the way a new window's geometry is.
+void protocolGenDlg::showEvent(QShowEvent *event)
+{
+    if (!testAttribute(Qt::WA_Resized))
+        resize(sizeHint());
+    QDialog::showEvent(event);
 }
 
 void protocolGenDlg::showErrorMsg(const QStringList &errors)
@@ -386,27 +393,9 @@ QStringList protocolGenDlg::synthesisTools()
     return {QStringLiteral("Built-in"), QStringLiteral("Third-party")};
 }
 
-// Names the core's help document; a document that is a file on disk is
-// shown by its full path.
-void protocolGenDlg::showHelp()
-{
-    const QString document = helpDocument.trimmed();
-    QString text;
-    if (document.isEmpty())
-        text = tr("No help document is available for this core.");
-    else if (QFileInfo(document).isFile())
-        text = tr("The help document of this core is:\n%1")
-                   .arg(QDir::toNativeSeparators(QFileInfo(document).absoluteFilePath()));
-    else
-        text = tr("Help document of this core: %1").arg(document);
-    runMessageBox(this, QMessageBox::Information, tr("Help"), text, QMessageBox::Ok);
-}
-
 void protocolGenDlg::updateCreatePath()
 {
-    const QString path = createPath();
-    m_createPath->setText(path);
-    m_createPath->setToolTip(QDir::toNativeSeparators(path));
+    m_createPath->setText(createPath());
 }
 
 } // namespace IPSERDESIP

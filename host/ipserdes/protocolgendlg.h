@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QList>
 #include <QMap>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -22,10 +23,11 @@ namespace IPSERDESIP {
 
 class PinFigureView;
 
-// The common frame of every SERDES core dialog: the core's label, output
-// file name, module name, HDL language, synthesis tool, the core's tabs, a
-// drawing of the core's ports, and Help, OK and Cancel. A core derives
-// from it, adds its tabs and overrides initDialog and loadConfiguration.
+// The common frame of every SERDES core dialog: the core's label as its
+// title, output file name, module name, HDL language, synthesis tool, the
+// core's tabs, a drawing of the core's ports beside them, and OK and
+// Cancel. A core derives from it, adds its tabs and overrides initDialog
+// and loadConfiguration. The dialog opens at the size its contents ask for.
 class IPHOST_EXPORT protocolGenDlg : public QDialog
 {
     Q_OBJECT
@@ -78,16 +80,18 @@ public:
     static QStringList synthesisTools();
 
 protected:
+    void showEvent(QShowEvent *event) override;
+
+    // The core's help document, kept for the host's help viewer.
     QString helpDocument;
     bool fileCheckSkipped = false;
 
 private:
-    void showHelp();
     void updateCreatePath();
 
     DEV::DeviceArg m_device;
+    QSet<QString> m_existingFolders;
     QString m_instanceName;
-    QLabel *m_label = nullptr;
     QLineEdit *m_fileName = nullptr;
     QLineEdit *m_moduleName = nullptr;
     QComboBox *m_language = nullptr;
