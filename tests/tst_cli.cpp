@@ -134,12 +134,14 @@ void TestCli::generateTakesSeveralRecords()
     const QJsonArray results = several.json().array();
     QVERIFY(results.size() == 2 && results[0]["record"_q] == b && results[1]["files"_q][0] == out + "/a/temp/cpri/top_define.vh"_q);
     QCOMPARE(read(out + "/b/temp/cpri/top_define.vh"_q), QByteArray("`define module_name m_b\n"));
-    // One bad record, or two on one core, and no record is written.
+    // One bad record, two on one core or on two devices, and no record is written.
+    const QString other = writeRecord(work.filePath("c.json"_q), R"({"file": "c", "target_device": "DVC-1-C2I1"})");
     const QString fresh = work.filePath("fresh"_q);
-    for (const QStringList &records : {QStringList{a, bad}, QStringList{a, b, a}}) {
+    for (const QStringList &records : {QStringList{a, bad}, QStringList{a, b, a}, QStringList{a, other}}) {
         const Result r = runHost(QStringList{"generate"_q} + records + QStringList{"--workdir"_q, fresh});
         QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(fresh));
     }
+    QVERIFY(runHost({"generate"_q, other, a, "--workdir"_q, fresh}).err.contains("name different devices"));
 }
 
 void TestCli::resourcesOfARecord()
