@@ -10,6 +10,7 @@
 #include "recordrules.h"
 
 #include <config/configkeys.h>
+#include <serdes/resourcenames.h>
 
 #include <core/idecore.h>
 #include <dev/devicedb.h>
@@ -42,16 +43,6 @@ const QString Cores = QStringLiteral("cores");
 const QString Record = QStringLiteral("record");
 const QString QuadBias = QStringLiteral("quadBias");
 } // namespace Field
-
-// The bias of the quads, by the start of a lane's display name.
-const QVector<QPair<QString, QString>> &quadBiasKeys()
-{
-    static const QVector<QPair<QString, QString>> keys = {
-        {QStringLiteral("Q0"), QStringLiteral("Q0_BIAS")},
-        {QStringLiteral("Q1"), QStringLiteral("Q1_BIAS")},
-    };
-    return keys;
-}
 
 IPSERDESIP::serdes *registry()
 {
@@ -226,15 +217,15 @@ bool Project::claimBias(const Core &core, Conflict &conflict)
     if (!core.record.value(Key::ChangedAllOfBias).toBool())
         return true;
     const QString lane = core.record.value(Key::ChannelSelection).toString();
-    for (const auto &quad : quadBiasKeys()) {
-        if (!lane.startsWith(quad.first))
+    for (const IPCPRI::Serdes::QuadBias &quad : IPCPRI::Serdes::quadBiases()) {
+        if (!lane.startsWith(quad.quadName))
             continue;
         if (core.quadBias)
-            return registry()->claimQuadBias(quad.second, *core.quadBias, core.instance, &conflict);
-        if (!registry()->globalData().contains(quad.second)) {
-            conflict = {Conflict::QuadBias, quad.second, QString(),
+            return registry()->claimQuadBias(quad.registryKey, *core.quadBias, core.instance, &conflict);
+        if (!registry()->globalData().contains(quad.registryKey)) {
+            conflict = {Conflict::QuadBias, quad.registryKey, QString(),
                         QStringLiteral("%1 is not set: give the core's quadBias or the project's "
-                                       "shared %1").arg(quad.second)};
+                                       "shared %1").arg(quad.registryKey)};
             return false;
         }
     }
