@@ -8,6 +8,9 @@
 #include <QTest>
 #include <QTextCodec>
 
+#include <csignal>
+#include <sys/resource.h>
+
 using namespace IPCore;
 
 class TestIpCore : public QObject
@@ -40,6 +43,15 @@ private slots:
         QVERIFY(QDir::setCurrent(dir.path()) && generateFile("o", {"a", "\u00b5"}, nullptr, "h\ni") && read("o") == "// h\n// i\na\n\xc2\xb5\n");
         QVERIFY(writtenFiles() == QStringList{"o"} && QDir().mkpath("b") && !write("b", {"x"}) && entries(".").size() == 2);
         QVERIFY(lastError() == "cannot write b: " + qt_error_string(EISDIR) && !makeDirs("", "c") && lastError() == "c: no output directory given");
+        rlimit limit{}, full{}; // a disk that is full after 4 bytes
+        QVERIFY(getrlimit(RLIMIT_FSIZE, &limit) == 0 && signal(SIGXFSZ, SIG_IGN) != SIG_ERR);
+        full = {4, limit.rlim_max};
+        QVERIFY(setrlimit(RLIMIT_FSIZE, &full) == 0);
+        const bool written = write("o", {"longer"});
+        QVERIFY(setrlimit(RLIMIT_FSIZE, &limit) == 0);
+        QCOMPARE(written, false);
+        QCOMPARE(lastError(), "cannot write o: " + qt_error_string(EFBIG));
+        QCOMPARE(read("o") + entries(".").join(' ').toUtf8(), "// h\n// i\na\n\xc2\xb5\nb o");
     }
 
     void outputSetClearsWhatKilledRunsLeftAndReplacesAtCommit()

@@ -20,7 +20,7 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("problems"); // empty: the name may be used
-        QTest::newRow("plain") << "cpri_0-v1.2" << "";
+        QTest::newRow("plain") << "AZ_az-09.v1" << "";
         QTest::newRow("longest") << QString(255, 'x') << "";
         QTest::newRow("empty") << "" << "The file name is empty.";
         QTest::newRow("dot") << "." << "The file name \".\" must be a plain name, not a path (no \"/\" or \"\\\", and not \".\" or \"..\").";

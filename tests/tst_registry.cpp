@@ -229,6 +229,10 @@ void TestRegistry::dividerSearchReachesEveryRate()
         }
     }
     QVERIFY(findSetting(*pllType(str("CPLL")), 122.88, 3.072) && findSetting(*pllType(str("CPLL")), 122.88, 0.6144));
+    for (auto [name, minRef] : {std::pair("QPLL0", 245.0), {"QPLL1", 250.0}, {"CPLL", 250.0}}) { // a VCO at either end of its range is used
+        const PllType *type = pllType(str(name));
+        QVERIFY(findSetting(*type, 250.0, type->vcoMaxGHz * type->rateFactor) && findSetting(*type, minRef, type->vcoMinGHz * type->rateFactor));
+    }
 }
 
 void TestRegistry::deviceLibrary()

@@ -72,10 +72,15 @@ bool readSpecLine(const QString &raw, QMap<QString, QVariant> &info)
 bool writeBytes(const QString &path, const QByteArray &bytes, QString &reason)
 {
     QFile file(path);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size()
-        && file.flush())
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        reason = file.errorString();
+        return false;
+    }
+    errno = 0;
+    if (file.write(bytes) == bytes.size() && file.flush())
         return true;
-    reason = file.errorString();
+    // A write that stops part way (a full disk) leaves Qt without a reason; errno has it.
+    reason = errno != 0 ? qt_error_string(errno) : file.errorString();
     return false;
 }
 
