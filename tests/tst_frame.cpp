@@ -99,12 +99,15 @@ void TestFrame::tabsFitTheDefaultSize()
     }
 }
 
-// A new core's instance name proposes its file name, and names the folder it is created in.
+// A new core's instance name proposes its file name, and names the folder it is created in;
+// an opened core shows its own.
 void TestFrame::instanceNameIsTheFileName()
 {
     Session s;
     s.d->setCreating("cpri_7", s.device);
     QCOMPARE(s.see("fileNameEdit") + s.see("createPathLabel"), "fileNameEdit cpri_7createPathLabel ~/cpri_7");
+    IPSERDESIP::protocolGenDlg bare; // a core that loads nothing of its own opens any record
+    QVERIFY(bare.setOpening(parse("file=f;module=m")) && bare.fileName() + bare.moduleName() == "fm");
 }
 
 // Sides in list order; a name or title widens the symbol by its width, each
