@@ -240,6 +240,14 @@ void TestCli::settingLinesAsTheGeneratorJudgesThem()
     QCOMPARE(IPSERDESIP::generator::checkSettings(good.mid(1)), QStringList{"No lane selects a PLL"_q});
     for (const auto &row : bad)
         QCOMPARE(IPSERDESIP::generator::checkSettings(good + QStringList{row.first}), QStringList{row.second});
+    // The register file: the lines, then the dividers found (VCO = 122.88 MHz * 80 / 1 = 9.8304 GHz).
+    QTemporaryDir dir;
+    IPSERDESIP::generator generator;
+    QVERIFY(generator.generate(good, dir.filePath("a.csr"_q), {"q0_enable true"_q}));
+    QCOMPARE(QString::fromUtf8(read(dir.filePath("a.csr"_q))).split("\n"_q), good + QStringList({"q0_enable true"_q,
+             "q0_ln1_pll_m 1"_q, "q0_ln1_pll_n 80"_q, "q0_ln1_pll_d 1"_q, "q0_ln1_vco_ghz 9.830400"_q, ""_q}));
+    QVERIFY(!generator.generate(good, dir.filePath("no/a.csr"_q), {}));
+    QVERIFY(generator.getErrStringList().value(0).startsWith("Cannot write "_q + dir.filePath("no/a.csr"_q) + ": "_q));
 }
 
 void TestCli::dialogEditAndAcceptKeepsTheRecord()
