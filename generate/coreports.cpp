@@ -1,0 +1,133 @@
+#include "coreports.h"
+
+#include <ipserdes/namerules.h>
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace IPCPRI {
+namespace Generate {
+
+namespace {
+
+namespace Key = Config::Key;
+using DataPath = FigureChoices::DataPath;
+
+struct ClassPath
+{
+    const QString &key;
+    DataPath path;
+};
+
+// The speed classes in the order the top level tests their defines.
+const QVector<ClassPath> &classPaths()
+{
+    static const QVector<ClassPath> rows = {
+        {Key::SpeedSel3072, DataPath::Narrow3072},
+        {Key::SpeedSel6144, DataPath::Narrow6144},
+        {Key::SpeedSel98304, DataPath::Narrow98304},
+        {Key::SpeedSel101376, DataPath::Wide},
+        {Key::SpeedSel1216512, DataPath::Wide},
+    };
+    return rows;
+}
+
+struct FlagChoice
+{
+    const QString &key;
+    bool FigureChoices::*choice;
+};
+
+const QVector<FlagChoice> &flagChoices()
+{
+    static const QVector<FlagChoice> rows = {
+        {Key::RealTimeVendor, &FigureChoices::realTimeVendor},
+        {Key::LoopbackPorts, &FigureChoices::loopbackPorts},
+        {Key::DrpPorts, &FigureChoices::drpPorts},
+        {Key::DifferentialSwingPorts, &FigureChoices::differentialSwingPorts},
+        {Key::FfePorts, &FigureChoices::ffePorts},
+        {Key::EqualizationPorts, &FigureChoices::equalizationPorts},
+        {Key::BiasPorts, &FigureChoices::biasPorts},
+        {Key::PrbsGeneratorPorts, &FigureChoices::prbsGeneratorPorts},
+        {Key::PrbsCheckerPorts, &FigureChoices::prbsCheckerPorts},
+    };
+    return rows;
+}
+
+// "[h:l]" as its number of bits.
+int rangeWidth(const QStringRef &range)
+{
+    const QVector<QStringRef> bounds = range.mid(1, range.size() - 2).split(QLatin1Char(':'));
+    return bounds.size() == 2 ? bounds.at(0).toInt() - bounds.at(1).toInt() + 1 : 1;
+}
+
+// "[h:0] " for a bus, nothing for a single bit.
+QString rangeText(int width)
+{
+    return width > 1 ? QStringLiteral("[%1:0] ").arg(width - 1) : QString();
+}
+
+} // namespace
+
+FigureChoices figureChoices(const ConfigMap &record)
+{
+    FigureChoices choices;
+    const auto set = std::find_if(classPaths().cbegin(), classPaths().cend(),
+                                  [&](const ClassPath &c) { return record.value(c.key).toBool(); });
+    if (set != classPaths().cend())
+        choices.dataPath = set->path;
+    choices.mii = record.value(Key::Mii).toBool();
+    choices.gmii = !choices.mii && record.value(Key::Gmii).toBool();
+    for (const FlagChoice &flag : flagChoices())
+        choices.*flag.choice = record.value(flag.key).toBool();
+    return choices;
+}
+
+CorePort corePort(const Utils::PinFigure &pin)
+{
+    const int range = pin.name.indexOf(QLatin1Char('['));
+    CorePort port;
+    port.name = pin.name.left(range);
+    port.direction = pin.direction == 1 ? CorePort::Output : CorePort::Input;
+    if (range >= 0)
+        port.width = rangeWidth(pin.name.midRef(range));
+    return port;
+}
+
+QVector<CorePort> corePorts(const ConfigMap &record)
+{
+    QVector<CorePort> ports;
+    for (const Utils::PinFigure &pin : portFigure(figureChoices(record)))
+        ports << corePort(pin);
+    return ports;
+}
+
+QString verilogIdentifier(const QString &name)
+{
+    if (IPSERDESIP::NameRules::moduleNameProblem(name).isEmpty())
+        return name;
+    return QLatin1Char('\\') + name + QLatin1Char(' ');
+}
+
+QString instantiationTemplate(const ConfigMap &record)
+{
+    const QString module = verilogIdentifier(record.value(Key::Module).toString());
+    const QString instance = verilogIdentifier(record.value(Key::File).toString());
+    const QVector<CorePort> ports = corePorts(record);
+    int rangeColumn = 0;
+    for (const CorePort &port : ports)
+        rangeColumn = std::max(rangeColumn, int(rangeText(port.width).size()));
+    QString text = QStringLiteral("// %1 as %2: a wire for each port, then the instance.\n")
+                       .arg(module.trimmed(), instance.trimmed());
+    for (const CorePort &port : ports)
+        text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width), -rangeColumn).arg(port.name);
+    text += QStringLiteral("%1 %2 (\n").arg(module, instance);
+    QStringList connections;
+    for (const CorePort &port : ports)
+        connections << QStringLiteral("    .%1(%1)").arg(port.name);
+    return text + connections.join(QStringLiteral(",\n")) + QStringLiteral("\n);\n");
+}
+
+} // namespace Generate
+} // namespace IPCPRI
