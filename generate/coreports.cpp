@@ -55,17 +55,17 @@ const QVector<FlagChoice> &flagChoices()
     return rows;
 }
 
-// "[h:l]" as its number of bits.
-int rangeWidth(const QStringRef &range)
+// The number of bits of a name's range "[h:0]", which starts at open (every
+// range of the symbol ends at bit 0).
+int rangeWidth(const QString &name, int open)
 {
-    const QVector<QStringRef> bounds = range.mid(1, range.size() - 2).split(QLatin1Char(':'));
-    return bounds.size() == 2 ? bounds.at(0).toInt() - bounds.at(1).toInt() + 1 : 1;
+    return name.midRef(open + 1, name.indexOf(QLatin1Char(':'), open) - open - 1).toInt() + 1;
 }
 
 // "[h:0] " for a bus, nothing for a single bit.
 QString rangeText(int width)
 {
-    return width > 1 ? QStringLiteral("[%1:0] ").arg(width - 1) : QString();
+    return width == 1 ? QString() : QStringLiteral("[%1:0] ").arg(width - 1);
 }
 
 } // namespace
@@ -91,7 +91,7 @@ CorePort corePort(const Utils::PinFigure &pin)
     port.name = pin.name.left(range);
     port.direction = pin.direction == 1 ? CorePort::Output : CorePort::Input;
     if (range >= 0)
-        port.width = rangeWidth(pin.name.midRef(range));
+        port.width = rangeWidth(pin.name, range);
     return port;
 }
 
@@ -112,17 +112,12 @@ QString verilogIdentifier(const QString &name)
 
 QString instantiationTemplate(const ConfigMap &record)
 {
-    const QString module = verilogIdentifier(record.value(Key::Module).toString());
-    const QString instance = verilogIdentifier(record.value(Key::File).toString());
     const QVector<CorePort> ports = corePorts(record);
-    int rangeColumn = 0;
+    QString text;
     for (const CorePort &port : ports)
-        rangeColumn = std::max(rangeColumn, int(rangeText(port.width).size()));
-    QString text = QStringLiteral("// %1 as %2: a wire for each port, then the instance.\n")
-                       .arg(module.trimmed(), instance.trimmed());
-    for (const CorePort &port : ports)
-        text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width), -rangeColumn).arg(port.name);
-    text += QStringLiteral("%1 %2 (\n").arg(module, instance);
+        text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width), port.name);
+    text += QStringLiteral("%1 %2 (\n").arg(verilogIdentifier(record.value(Key::Module).toString()),
+                                           verilogIdentifier(record.value(Key::File).toString()));
     QStringList connections;
     for (const CorePort &port : ports)
         connections << QStringLiteral("    .%1(%1)").arg(port.name);
