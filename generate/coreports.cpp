@@ -90,7 +90,7 @@ CorePort corePort(const Utils::PinFigure &pin)
     CorePort port;
     port.name = pin.name.left(range);
     port.direction = pin.direction == 1 ? CorePort::Output : CorePort::Input;
-    if (range >= 0)
+    if (pin.isBus)
         port.width = rangeWidth(pin.name, range);
     return port;
 }
