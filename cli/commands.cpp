@@ -8,6 +8,7 @@
 
 #include <config/configkeys.h>
 #include <config/descriptorkeys.h>
+#include <generate/coreports.h>
 
 #include <core/idecore.h>
 #include <dev/devicedb.h>
@@ -23,6 +24,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSaveFile>
 #include <QTabWidget>
 #include <QTextStream>
 
@@ -162,6 +164,13 @@ bool checkJob(PluginHost &host, const Options &options, Job &job, QString &error
     if (!problem.isEmpty())
         error = QStringLiteral("%1: %2").arg(job.path, problem);
     return problem.isEmpty();
+}
+
+// The one record of a command, checked as generation checks it.
+bool readCheckedRecord(PluginHost &host, const Options &options, Job &job, QString &error)
+{
+    job.path = options.arguments.value(0);
+    return readRecordArgument(options, job.record, error) && checkJob(host, options, job, error);
 }
 
 // Two records of one run must not write the same folder.
@@ -353,6 +362,43 @@ int runResources(PluginHost &host, const Options &options)
         return fail(error);
     std::unique_ptr<IPSERDESIP::Message> resources(host.protocol()->checkResources(record));
     print(QJsonDocument(resourcesToJson(*resources)));
+    return Success;
+}
+
+int runPorts(PluginHost &host, const Options &options)
+{
+    Job job;
+    QString error;
+    if (!readCheckedRecord(host, options, job, error))
+        return fail(error);
+    QJsonArray ports;
+    for (const IPCPRI::Generate::CorePort &port : IPCPRI::Generate::corePorts(job.record)) {
+        const bool output = port.direction == IPCPRI::Generate::CorePort::Output;
+        ports.append(QJsonObject{
+            {QStringLiteral("name"), port.name},
+            {QStringLiteral("direction"), output ? QStringLiteral("output") : QStringLiteral("input")},
+            {QStringLiteral("width"), port.width},
+        });
+    }
+    print(QJsonDocument(ports));
+    return Success;
+}
+
+int runTemplate(PluginHost &host, const Options &options)
+{
+    Job job;
+    QString error;
+    if (!readCheckedRecord(host, options, job, error))
+        return fail(error);
+    const QString text = IPCPRI::Generate::instantiationTemplate(job.record);
+    if (options.outRecord.isEmpty()) {
+        QTextStream(stdout) << text;
+        return Success;
+    }
+    QSaveFile file(options.outRecord);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit())
+        return fail(QStringLiteral("cannot write %1: %2").arg(options.outRecord, file.errorString()),
+                    Failed);
     return Success;
 }
 

@@ -17,7 +17,7 @@ struct Options
     QString workDir;
     QString device;
     QString editRecord;
-    QString outRecord;
+    QString outRecord;       // --out: the dialog's record, or the template
     QString screenshotDir;
     QStringList occupied;    // records of other cores of the project
     QStringList shared;      // registry values, KEY=INTEGER
@@ -33,6 +33,10 @@ int runGenerate(PluginHost &host, const Options &options);
 int runResources(PluginHost &host, const Options &options);
 int runDialog(PluginHost &host, const Options &options);
 int runProject(PluginHost &host, const Options &options);
+// The ports of the core a checked record configures, and a template that
+// instantiates it (printed, or written to --out).
+int runPorts(PluginHost &host, const Options &options);
+int runTemplate(PluginHost &host, const Options &options);
 
 // Generates a record that passed its checks, into the output set the caller
 // opened for it. False with the reason and the exit code when it fails.

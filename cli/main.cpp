@@ -31,6 +31,11 @@ const char Description[] =
     "                                against what the core's dialog would write; a core's\n"
     "                                files are replaced together, or not at all\n"
     "  resources RECORD.json         the transceiver resources the record occupies\n"
+    "  ports RECORD.json             the configured core's ports in order, each with its\n"
+    "                                direction and width\n"
+    "  template RECORD.json [--out FILE]\n"
+    "                                Verilog that instantiates the configured core, with a\n"
+    "                                wire for each port\n"
     "  project PROJECT.json [--workdir DIR]\n"
     "                                places the project's cores on its device in order,\n"
     "                                reports each conflict (lane, PLL, reference clock,\n"
@@ -68,8 +73,9 @@ int parse(const QStringList &arguments, Parsed &parsed)
                                   QStringLiteral("Open the dialog on a stored record."),
                                   QStringLiteral("RECORD.json"));
     const QCommandLineOption out(QStringLiteral("out"),
-                                 QStringLiteral("Also write the accepted record to a file."),
-                                 QStringLiteral("RECORD.json"));
+                                 QStringLiteral("Also write the accepted record (dialog), or write the "
+                                                "template (template), to a file."),
+                                 QStringLiteral("FILE"));
     const QCommandLineOption accept(QStringLiteral("accept"),
                                     QStringLiteral("Press OK at once; message boxes are answered Yes."));
     const QCommandLineOption screenshot(
@@ -90,7 +96,8 @@ int parse(const QStringList &arguments, Parsed &parsed)
     parser.addOptions({workDir, synthesize, device, edit, out, accept, screenshot, occupy, shared,
                        plugin});
     parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("info, devices, generate, resources, dialog or project"));
+                                 QStringLiteral("info, devices, generate, resources, ports, template, "
+                                                "dialog or project"));
 
     if (!parser.parse(arguments)) {
         QTextStream(stderr) << "cpri-host: " << parser.errorText() << '\n';
@@ -126,7 +133,8 @@ int run(const Parsed &parsed)
     const Options &o = parsed.options;
     const QStringList commands = {QStringLiteral("info"), QStringLiteral("devices"),
                                   QStringLiteral("generate"), QStringLiteral("resources"),
-                                  QStringLiteral("dialog"), QStringLiteral("project")};
+                                  QStringLiteral("dialog"), QStringLiteral("project"),
+                                  QStringLiteral("ports"), QStringLiteral("template")};
     if (!commands.contains(o.command)) {
         QTextStream(stderr) << "cpri-host: unknown command \"" << o.command << "\" (try --help)\n";
         return BadInput;
@@ -146,6 +154,10 @@ int run(const Parsed &parsed)
         return runResources(host, o);
     if (o.command == QLatin1String("project"))
         return runProject(host, o);
+    if (o.command == QLatin1String("ports"))
+        return runPorts(host, o);
+    if (o.command == QLatin1String("template"))
+        return runTemplate(host, o);
     return runDialog(host, o);
 }
 

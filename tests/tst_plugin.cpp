@@ -338,7 +338,7 @@ private slots:
                      && QFileInfo(u(VVP_PATH)).isExecutable(),
                  "Icarus Verilog (iverilog and vvp) is needed: install it and configure again");
         const QList<QPair<ConfigMap, QString>> rows = { // any period for a zero clock
-            {away(), u("7 16 7 011101111111 10 7fffffff 02 07 3f 6.67")},
+            {away(), u("7 16 6 011101111111 10 7fffffff 02 07 3f 6.67")},
             {with(initial(), "file=ip1; module=my_cpri; Config_Clk_Period=0"),
              u("0 64 6 000000000000 -1 00000000 01 02 14 ")},
         };

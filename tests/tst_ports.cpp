@@ -1,0 +1,135 @@
+// The core's port contract: the top level the define files configure, the
+// port list and the instantiation template agree, as real Verilog tools
+// read them, and the dialog's symbol shows the same ports.
+
+#include "dialogfixture.h"
+
+#include <generate/coreports.h>
+
+namespace {
+
+QByteArray read(const QString &path) { QFile f(path); return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray(); }
+bool write(const QString &path, const QByteArray &bytes) { QFile f(path); return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size(); }
+
+// Runs a tool; its exit code and everything it printed.
+QPair<int, QString> run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    const bool ran = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
+    return {ran ? process.exitCode() : -1, process.readAll() + (ran ? QByteArray() : process.errorString().toUtf8())};
+}
+
+// The module's ports in declaration order, from the JSON text Yosys writes.
+QStringList yosysPorts(const QString &json, const QString &module)
+{
+    const QString ports = json.section("\"" + module + "\": {", 1).section("\"cells\":", 0, 0);
+    static const QRegularExpression port("\"(\\w+)\": \\{\\s*\"direction\": \"(\\w+)\",\\s*\"bits\": \\[([^\\]]*)\\]");
+    QStringList found;
+    for (auto m = port.globalMatch(ports); m.hasNext();) {
+        const QRegularExpressionMatch p = m.next();
+        found << QString("%1 %2 %3").arg(p.captured(2), p.captured(1)).arg(p.captured(3).count(',') + 1);
+    }
+    return found;
+}
+
+} // namespace
+
+class TestPorts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // Changes to the example record (9.8304G class, MII, Q0 Lane1) -> the number of ports.
+    void toolsReadThePortList_data()
+    {
+        QTest::addColumn<QString>("changes");
+        QTest::addColumn<int>("count");
+        QTest::newRow("3G GMII loopback") << R"("9.8304G_and_Under": false, "3.072G_and_Under": true, "MII": false,
+            "GMII": true, "Loopback_Ports": true)" << 91;
+        QTest::newRow("6G DRP") << R"("9.8304G_and_Under": false, "6.144G_and_Under": true, "DRP_Ports": true)" << 98;
+        QTest::newRow("9G FFE EQ") << R"("FFE_Ports": true, "Equalization_Ports": true)" << 95;
+        QTest::newRow("10G RTV GMII BIAS") << R"("9.8304G_and_Under": false, "10.1376G_and_Under": true,
+            "Real_Time_Vendor": true, "MII": false, "GMII": true, "BIAS_Ports": true)" << 96;
+        QTest::newRow("12G swing PRBS") << R"("9.8304G_and_Under": false, "12.16512G_and_Under": true, "file": "2nd.core",
+            "Differential_Swing_Ports": true, "PRBS_Pattern_Generator_Ports": true, "PRBS_Pattern_Checker_Ports": true)" << 98;
+        QTest::newRow("no class") << R"("9.8304G_and_Under": false)" << 77;
+        QTest::newRow("everything, first class") << R"("3.072G_and_Under": true, "6.144G_and_Under": true, "GMII": true,
+            "10.1376G_and_Under": true, "12.16512G_and_Under": true, "Real_Time_Vendor": true, "Loopback_Ports": true,
+            "DRP_Ports": true, "FFE_Ports": true, "Equalization_Ports": true, "BIAS_Ports": true, "module": "cpri_x",
+            "Differential_Swing_Ports": true, "PRBS_Pattern_Generator_Ports": true, "PRBS_Pattern_Checker_Ports": true, "file": "module")" << 122;
+    }
+    void toolsReadThePortList()
+    {
+        QFETCH(QString, changes);
+        QFETCH(int, count);
+        for (const char *tool : {IVERILOG_PATH, VERILATOR_PATH, YOSYS_PATH})
+            QVERIFY2(QFileInfo(tool).isExecutable(), "iverilog, verilator and yosys are needed: install them");
+        QTemporaryDir work;
+        QJsonObject record = QJsonDocument::fromJson(read(CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json")).object();
+        for (auto [key, value] : QJsonDocument::fromJson("{" + changes.toUtf8() + "}").object().toVariantMap().toStdMap())
+            record.insert(key, QJsonValue::fromVariant(value));
+        const QString path = work.filePath("record.json"), instance = work.filePath("instance.v");
+        QVERIFY(write(path, QJsonDocument(record).toJson()));
+        QCOMPARE(run(CPRI_HOST_PATH, {"generate", path, "--workdir", work.path()}).first, 0);
+        QStringList expected; // "direction name width" lines
+        for (const QJsonValue &p : QJsonDocument::fromJson(run(CPRI_HOST_PATH, {"ports", path}).second.toUtf8()).array())
+            expected << QString("%1 %2 %3").arg(p["direction"].toString(), p["name"].toString()).arg(p["width"].toInt());
+        QCOMPARE(expected.size(), count);
+        QCOMPARE(run(CPRI_HOST_PATH, {"template", path, "--out", instance}), qMakePair(0, QString()));
+        QCOMPARE(run(CPRI_HOST_PATH, {"template", path}).second.toUtf8(), read(instance));
+        QCOMPARE(run(CPRI_HOST_PATH, {"ports", instance}).first, 2);
+
+        const QString module = record["module"].toString(), dir = work.path() + "/" + record["file"].toString() + "/temp/cpri";
+        const QStringList sources = {CPRI_PACKAGE_DIR "/data/cpri_top.v", CPRI_PACKAGE_DIR "/data/cpri_core_encryption.v"};
+        const auto lint = QStringList{"--lint-only", "-Wall", "-I" + dir, "--top-module", module};
+        QCOMPARE(run(VERILATOR_PATH, lint + sources), qMakePair(0, QString()));
+        // The template pasted into a module: every port bound, at its width.
+        QVERIFY(write(work.filePath("wrapper.v"), "`timescale 1ns / 1ps\nmodule wrapper;\n`include \"instance.v\"\nendmodule\n"));
+        const auto icarus = QStringList{"-Wall", "-g2005", "-I", dir, "-I", work.path(), "-s", "wrapper", "-o", work.filePath("sim")};
+        QCOMPARE(run(IVERILOG_PATH, icarus + sources + QStringList{work.filePath("wrapper.v")}), qMakePair(0, QString()));
+        const QString json = work.filePath("top.json");
+        QCOMPARE(run(YOSYS_PATH, {"-q", "-p", QString("read_verilog -I%1 %2; hierarchy -top %3; write_json %4")
+                                                  .arg(dir, sources.join(' '), module, json)}), qMakePair(0, QString()));
+        QCOMPARE(yosysPorts(read(json), module), expected);
+    }
+
+    // What the user clicks (and a saved record holds) -> an accepted record whose
+    // port list is the symbol the dialog shows, of so many ports.
+    void dialogShowsTheRecordsPorts_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("saved");
+        QTest::addColumn<int>("count");
+        const QString hidden = "version=1.0;FFE_Ports=true;Equalization_Ports=true;BIAS_Ports=true;"
+                               "Differential_Swing_Ports=true;PRBS_Pattern_Generator_Ports=true;PRBS_Pattern_Checker_Ports=true";
+        QTest::newRow("3G") << "speedSel3072;speedEnable3072" << "" << 88;
+        QTest::newRow("6G GMII loopback") << "speedSel6144;speedEnable6144;GMII;checkBoxLoopBackPorts" << "" << 91;
+        QTest::newRow("9G DRP") << "speedSel98304;speedEnable98304;checkBoxDRPPort" << "" << 98;
+        QTest::newRow("10G RTV") << "speedSel101376;speedEnable101376;RealTimeVendor" << "" << 93;
+        QTest::newRow("12G GMII RTV DRP") << "speedSel1216512;speedEnable1216512;GMII;RealTimeVendor;checkBoxDRPPort" << "" << 103;
+        QTest::newRow("9G saved boxes") << "speedSel98304;speedEnable98304" << hidden << 106;
+        QTest::newRow("10G saved boxes GMII") << "speedSel101376;speedEnable101376;GMII;checkBoxLoopBackPorts" << hidden << 108;
+    }
+    void dialogShowsTheRecordsPorts()
+    {
+        QFETCH(QString, steps);
+        QFETCH(QString, saved);
+        QFETCH(int, count);
+        Session s("DVA-1-C2I1", "", saved);
+        s.act(steps + ";okButton");
+        QCOMPARE(s.see("accepted"), QString("accepted yes"));
+        QStringList shown, listed;
+        for (const Utils::PinFigure &pin : s.d->figurePins())
+            shown << pin.name + (pin.direction == 1 ? " out" : " in");
+        for (const IPCPRI::Generate::CorePort &port : IPCPRI::Generate::corePorts(s.record))
+            listed << port.name + (port.width > 1 ? QString("[%1:0]").arg(port.width - 1) : "")
+                          + (port.direction == IPCPRI::Generate::CorePort::Output ? " out" : " in");
+        QCOMPARE(listed, shown);
+        QCOMPARE(shown.size(), count);
+    }
+};
+
+QTEST_MAIN(TestPorts)
+#include "tst_ports.moc"
