@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include "instantiation.h"
 #include "jsonoutput.h"
 #include "modaldriver.h"
 #include "pluginhost.h"
@@ -390,7 +391,7 @@ int runTemplate(PluginHost &host, const Options &options)
     QString error;
     if (!readCheckedRecord(host, options, job, error))
         return fail(error);
-    const QString text = IPCPRI::Generate::instantiationTemplate(job.record);
+    const QString text = instantiationTemplate(job.record);
     if (options.outRecord.isEmpty()) {
         QTextStream(stdout) << text;
         return Success;

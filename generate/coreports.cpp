@@ -1,7 +1,5 @@
 #include "coreports.h"
 
-#include <ipserdes/namerules.h>
-
 #include <QStringList>
 
 #include <algorithm>
@@ -63,11 +61,6 @@ int rangeWidth(const QString &name, int open)
 }
 
 // "[h:0] " for a bus, nothing for a single bit.
-QString rangeText(int width)
-{
-    return width == 1 ? QString() : QStringLiteral("[%1:0] ").arg(width - 1);
-}
-
 } // namespace
 
 FigureChoices figureChoices(const ConfigMap &record)
@@ -101,27 +94,6 @@ QVector<CorePort> corePorts(const ConfigMap &record)
     for (const Utils::PinFigure &pin : portFigure(figureChoices(record)))
         ports << corePort(pin);
     return ports;
-}
-
-QString verilogIdentifier(const QString &name)
-{
-    if (IPSERDESIP::NameRules::moduleNameProblem(name).isEmpty())
-        return name;
-    return QLatin1Char('\\') + name + QLatin1Char(' ');
-}
-
-QString instantiationTemplate(const ConfigMap &record)
-{
-    const QVector<CorePort> ports = corePorts(record);
-    QString text;
-    for (const CorePort &port : ports)
-        text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width), port.name);
-    text += QStringLiteral("%1 %2 (\n").arg(verilogIdentifier(record.value(Key::Module).toString()),
-                                           verilogIdentifier(record.value(Key::File).toString()));
-    QStringList connections;
-    for (const CorePort &port : ports)
-        connections << QStringLiteral("    .%1(%1)").arg(port.name);
-    return text + connections.join(QStringLiteral(",\n")) + QStringLiteral("\n);\n");
 }
 
 } // namespace Generate
