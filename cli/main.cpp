@@ -22,6 +22,7 @@ const char Description[] =
     "\n"
     "Commands:\n"
     "  info                          the core's descriptor\n"
+    "  guide                         the path of the core's user guide\n"
     "  devices                       the device library, with the lanes of each device\n"
     "  generate RECORD.json... --workdir DIR [--synthesize]\n"
     "                                writes each record's core files to DIR/<file>/temp/cpri/\n"
@@ -90,7 +91,7 @@ int parse(const QStringList &arguments, Parsed &parsed)
     parser.addOptions({workDir, synthesize, device, edit, out, accept, screenshot, occupy, shared,
                        plugin});
     parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("info, devices, generate, resources, dialog or project"));
+                                 QStringLiteral("info, guide, devices, generate, resources, dialog or project"));
 
     if (!parser.parse(arguments)) {
         QTextStream(stderr) << "cpri-host: " << parser.errorText() << '\n';
@@ -124,7 +125,7 @@ int parse(const QStringList &arguments, Parsed &parsed)
 int run(const Parsed &parsed)
 {
     const Options &o = parsed.options;
-    const QStringList commands = {QStringLiteral("info"), QStringLiteral("devices"),
+    const QStringList commands = {QStringLiteral("info"), QStringLiteral("guide"), QStringLiteral("devices"),
                                   QStringLiteral("generate"), QStringLiteral("resources"),
                                   QStringLiteral("dialog"), QStringLiteral("project")};
     if (!commands.contains(o.command)) {
@@ -138,6 +139,8 @@ int run(const Parsed &parsed)
     }
     if (o.command == QLatin1String("info"))
         return runInfo(host);
+    if (o.command == QLatin1String("guide"))
+        return runGuide(host);
     if (o.command == QLatin1String("devices"))
         return runDevices(host);
     if (o.command == QLatin1String("generate"))
