@@ -34,7 +34,7 @@ QString brokenPackage(const QTemporaryDir &dir)
 {
     QDir(dir.path()).mkpath("data");
     for (const char *name : {"libcpri.so", "cpri.ipspec", "data/cpri_core_encryption.v"})
-        QFile::copy(CPRI_PACKAGE_DIR "/" + name, dir.filePath(name));
+        QFile::copy(QString(CPRI_PACKAGE_DIR "/") + name, dir.filePath(name));
     QFile top(dir.filePath("data/cpri_top.v"));
     return top.open(QIODevice::WriteOnly) && top.write("module broken (;\n") ? dir.filePath("libcpri.so") : QString();
 }
