@@ -90,8 +90,9 @@ int parse(const QStringList &arguments, Parsed &parsed)
                                     QStringLiteral("PATH"), PluginHost::defaultPluginPath());
     parser.addOptions({workDir, synthesize, device, edit, out, accept, screenshot, occupy, shared,
                        plugin});
-    parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("info, guide, devices, generate, resources, dialog or project"));
+    parser.addPositionalArgument(
+        QStringLiteral("command"),
+        QStringLiteral("info, guide, devices, generate, resources, dialog or project"));
 
     if (!parser.parse(arguments)) {
         QTextStream(stderr) << "cpri-host: " << parser.errorText() << '\n';
@@ -125,7 +126,8 @@ int parse(const QStringList &arguments, Parsed &parsed)
 int run(const Parsed &parsed)
 {
     const Options &o = parsed.options;
-    const QStringList commands = {QStringLiteral("info"), QStringLiteral("guide"), QStringLiteral("devices"),
+    const QStringList commands = {QStringLiteral("info"), QStringLiteral("guide"),
+                                  QStringLiteral("devices"),
                                   QStringLiteral("generate"), QStringLiteral("resources"),
                                   QStringLiteral("dialog"), QStringLiteral("project")};
     if (!commands.contains(o.command)) {

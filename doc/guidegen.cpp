@@ -94,7 +94,8 @@ QString describe(const QMap<QString, QVariant> &info)
                           "<p>Devices: %6.</p>\n")
         .arg(esc(info.value(Descriptor::Label).toString()),
              esc(info.value(Descriptor::Summary).toString()),
-             esc(info.value(Descriptor::Version).toString()), code(info.value(Descriptor::Id).toString()),
+             esc(info.value(Descriptor::Version).toString()),
+             code(info.value(Descriptor::Id).toString()),
              esc(info.value(Descriptor::Category).toStringList().join(QStringLiteral(" / "))),
              codes(info.value(Descriptor::SupportedDevices).toStringList()));
 }
@@ -120,7 +121,8 @@ QString rates()
                           "offered by a check box whose record key is beside it:</p>\n")
            + table({QStringLiteral("Line rate"), QStringLiteral("Record key")}, rows)
            + QStringLiteral("<p>A speed class bounds the rates. Choosing one offers its rates and "
-                            "withdraws the faster ones; the fastest rates need a device of grade %1.</p>\n")
+                            "withdraws the faster ones; the fastest rates need a device of "
+                            "grade %1.</p>\n")
                  .arg(code(Config::TopGrade))
            + table({QStringLiteral("Speed class"), QStringLiteral("Offers"),
                     QStringLiteral("Also offers on grade ") + Config::TopGrade},
@@ -156,7 +158,8 @@ QString range(const Config::KeySpec &spec)
 
 QString keys()
 {
-    const QStringList types = {QStringLiteral("text"), QStringLiteral("bool"), QStringLiteral("int")};
+    const QStringList types = {QStringLiteral("text"), QStringLiteral("bool"),
+                               QStringLiteral("int")};
     QString rows;
     for (const Config::KeySpec &spec : Config::recordKeys()) {
         rows += row({code(spec.key), esc(spec.meaning), types.at(int(spec.type)), range(spec),
@@ -196,7 +199,8 @@ QString ports()
         {Path::Narrow3072, code(Key::SpeedSel3072)},
         {Path::Narrow6144, code(Key::SpeedSel6144)},
         {Path::Narrow98304, code(Key::SpeedSel98304)},
-        {Path::Wide, code(Key::SpeedSel101376) + QStringLiteral(" or ") + code(Key::SpeedSel1216512)},
+        {Path::Wide,
+         code(Key::SpeedSel101376) + QStringLiteral(" or ") + code(Key::SpeedSel1216512)},
     };
     for (const auto &path : paths) {
         FigureChoices c;
@@ -229,8 +233,9 @@ QString ports()
         if (first)
             common = groups.last();
         first = false;
+        const QStringList &group = groups.last();
         common.erase(std::remove_if(common.begin(), common.end(),
-                                    [&](const QString &port) { return !groups.last().contains(port); }),
+                                    [&](const QString &port) { return !group.contains(port); }),
                      common.end());
     }
     for (int i = 0; i < flags.size(); ++i) {
@@ -259,7 +264,8 @@ QString generation(const QMap<QString, QVariant> &record, const QString &example
     settings << Generate::referenceClockLines(record);
     const QString folder = Generate::coreOutputDir(QStringLiteral("WORKDIR/<file>"));
     QString html = QStringLiteral("<h2>Generated files</h2>\n<p>Generation writes a core's files "
-                                  "to %1. The lines below are those of the example record %2.</p>\n")
+                                  "to %1. The lines below are those of the example record "
+                                  "%2.</p>\n")
                        .arg(code(folder), code(exampleName));
     html += QStringLiteral("<h3>%1</h3>\n<p>The name of the generated top module.</p>\n")
                 .arg(esc(Generate::TopDefineFile))
@@ -328,7 +334,8 @@ int main(int argc, char *argv[])
     QMap<QString, QVariant> record;
     QString error;
     if (info.isEmpty() || !CpriHost::RecordFile::read(args.at(2), record, error)) {
-        QTextStream(stderr) << "guidegen: cannot read " << (info.isEmpty() ? args.at(1) : error) << '\n';
+        QTextStream(stderr) << "guidegen: cannot read "
+                            << (info.isEmpty() ? args.at(1) : error) << '\n';
         return 1;
     }
     const QString exampleName = args.at(2).section(QLatin1Char('/'), -2);
@@ -337,8 +344,9 @@ int main(int argc, char *argv[])
         QTextStream(stderr) << "guidegen: no usage text from " << args.at(3) << '\n';
         return 1;
     }
-    const QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
-                                        "<title>%1 user guide</title><style>%2</style></head><body>\n")
+    const QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head>"
+                                        "<meta charset=\"utf-8\"><title>%1 user guide</title>"
+                                        "<style>%2</style></head><body>\n")
                              .arg(esc(info.value(Descriptor::Label).toString()),
                                   QString::fromLatin1(Style))
                          + describe(info) + rates() + keys() + ports()

@@ -195,7 +195,7 @@ void TestRegistry::projectSetUp()
     for (const char *ref : {"Q1 REFCLK2", "Q0 REFIN0", "Q0 REFIN", "MCLK", "Q2 REFCLK0", "Q0 REFCLK4", "Q0 REFIN4"})
         names << FromRefOptionToRef(str(ref)) << refsrcOptTransforSerdesName(str(ref));
     QCOMPARE(names, texts(str("Q1_REFCLK2|q1_refclk2|Q0_REFIN0|q0_gpio0|Q0_REFIN|q0_gpio|MCLK|mclk||||||")));
-    QString message; // synthesis needs the sources and a module name for the top
+    QString message; // synthesis needs the sources, the generated files and a top module name
     QVERIFY(!waitForRunSyntheSis({}, {}, {}, {}, str("c"), message, nullptr) && message.startsWith(str("Synthesis of c failed: ")));
     QVERIFY(!waitForRunSyntheSis({}, {}, {}, texts(str("a|b")), str("c"), message, nullptr) && message.contains(str("a, b")));
     reg()->reset();

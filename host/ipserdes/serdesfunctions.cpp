@@ -45,9 +45,10 @@ QStringList statistics(const QString &log)
     QStringList kept;
     for (int i = first; first >= 0 && i < lines.size() && !lines.at(i).trimmed().isEmpty(); ++i) {
         const QString line = lines.at(i).trimmed();
-        if (!line.startsWith(QLatin1String("Number of")) || line.startsWith(QLatin1String("Number of wire"))
+        if (!line.startsWith(QLatin1String("Number of"))
+            || line.startsWith(QLatin1String("Number of wire"))
             || line.startsWith(QLatin1String("Number of cells")))
-            kept << lines.at(i).trimmed().simplified();
+            kept << line.simplified();
     }
     return kept;
 }
@@ -92,8 +93,10 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
     const QString deviceName = device.isNull() ? QStringLiteral("no device") : device.id();
     const QString yosys = QStandardPaths::findExecutable(QStringLiteral("yosys"));
     if (yosys.isEmpty()) {
-        message = QStringLiteral("Synthesis of %1 for %2: %3 ready in %4 (no synthesis tool in this host)")
-                      .arg(coreName, deviceName, sources.join(QStringLiteral(", ")), dataDir.path());
+        message = QStringLiteral("Synthesis of %1 for %2: %3 ready in %4 "
+                                 "(no synthesis tool in this host)")
+                      .arg(coreName, deviceName, sources.join(QStringLiteral(", ")),
+                           dataDir.path());
         return true;
     }
     // The generated define files: <working directory>/<file>/temp/<core>,
@@ -104,30 +107,35 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
                                .join(QLatin1Char('/'));
     const QString defines = IPCore::Internal::stagedFolder(folder);
     const QString top = config.value(QStringLiteral("module")).toString();
-    const QString topProblem = NameRules::moduleNameProblem(top);
-    if (!topProblem.isEmpty()) {
-        message = QStringLiteral("Synthesis of %1 failed: %2").arg(coreName, topProblem);
+    const auto failed = [&](const QString &reason) {
+        message = QStringLiteral("Synthesis of %1 failed: %2").arg(coreName, reason);
         return false;
-    }
+    };
+    if (!QFileInfo(defines).isDir())
+        return failed(QStringLiteral("no generated files in %1").arg(folder));
+    const QString topProblem = NameRules::moduleNameProblem(top);
+    if (!topProblem.isEmpty())
+        return failed(topProblem);
     // Yosys takes no quoted include folder: it runs in the define folder.
-    const QString script = QStringLiteral("read_verilog -I. %1; hierarchy -check -top %2; synth -top %2; stat")
-                               .arg(paths.join(QLatin1Char(' ')), top);
+    const QString script =
+        QStringLiteral("read_verilog -I. %1; hierarchy -check -top %2; synth -top %2; stat")
+            .arg(paths.join(QLatin1Char(' ')), top);
     QProcess run;
     run.setWorkingDirectory(defines);
     run.setProcessChannelMode(QProcess::MergedChannels);
     run.start(yosys, {QStringLiteral("-p"), script});
-    const bool finished = run.waitForFinished(SynthesisTimeoutMs);
-    if (!finished)
+    if (!run.waitForFinished(SynthesisTimeoutMs)) {
+        const QString reason = run.error() == QProcess::Timedout
+                                   ? QStringLiteral("Yosys did not finish within %1 s")
+                                         .arg(SynthesisTimeoutMs / 1000)
+                                   : run.errorString();
         run.kill();
-    run.waitForFinished();
-    const QString log = QString::fromLocal8Bit(run.readAll());
-    if (!finished || run.exitStatus() != QProcess::NormalExit || run.exitCode() != 0) {
-        message = QStringLiteral("Synthesis of %1 failed: %2")
-                      .arg(coreName, finished ? errors(log)
-                                              : QStringLiteral("Yosys did not finish within %1 s")
-                                                    .arg(SynthesisTimeoutMs / 1000));
-        return false;
+        run.waitForFinished();
+        return failed(reason);
     }
+    const QString log = QString::fromLocal8Bit(run.readAll());
+    if (run.exitStatus() != QProcess::NormalExit || run.exitCode() != 0)
+        return failed(errors(log));
     message = QStringLiteral("Synthesis of %1 (%2) for %3 with Yosys:\n%4")
                   .arg(coreName, top, deviceName, statistics(log).join(QLatin1Char('\n')));
     return true;
