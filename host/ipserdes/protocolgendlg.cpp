@@ -246,7 +246,9 @@ void protocolGenDlg::showHelp()
                       tr("The help document %1 was not found.").arg(path), QMessageBox::Ok);
         return;
     }
-    QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        runMessageBox(this, QMessageBox::Critical, tr("Error"),
+                      tr("No viewer opened the help document %1.").arg(path), QMessageBox::Ok);
 }
 
 bool protocolGenDlg::loadConfiguration(const QMap<QString, QVariant> &config)
