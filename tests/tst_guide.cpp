@@ -47,9 +47,11 @@ private slots:
                                   "user_drp_clk_o|user_drp_addr_i[23:0]|rx_prbs_err_cnt_o[7:0]|top_define.vh|cpri.ini|q0_ln1_|"
                                   "resources RECORD.json|guide                         the path of the core's user guide", '|');
         for (const IPCPRI::Config::KeySpec &key : IPCPRI::Config::recordKeys())
-            facts << "<code>" + key.key.toHtmlEscaped() + "</code>";
+            facts << "<tr><td><code>" + key.key.toHtmlEscaped() + "</code>";
         for (const QString &fact : facts)
             QVERIFY2(html.contains(fact), qPrintable(fact));
+        for (const QString &row : split("SD_THRESHOLD 25mV|64B_66B_Mode Fabric|Loopback_Mode LB_ENC|MII true or false|ATT 0 to 10", '|'))
+            QVERIFY2(html.section("<code>" + row.section(' ', 0, 0) + "</code>", 1).section("</tr>", 0, 0).contains(row.section(' ', 1)), qPrintable(row));
         QCOMPARE(host({"guide"}), qMakePair(Guide + "\n", 0));
         QTemporaryDir dir;
         QCOMPARE(host({"guide", "--plugin", brokenPackage(dir)}), qMakePair("cpri-host: the user guide " + dir.path() + "/doc/cpri_user_guide.html is missing\n", 1));
@@ -60,13 +62,10 @@ private slots:
         QDesktopServices::setUrlHandler("file", this, "open");
         CpriHost::PluginHost plugin(CPRI_PLUGIN_PATH);
         QVERIFY(plugin.load());
-        CpriHost::ModalDriver user;
-        user.setDialogHandler([](QDialog *d) { act(d, "helpButton"); d->reject(); });
-        user.start();
-        plugin.protocol()->createConfig("cpri_0", Core::IdeCore::deviceDataBase()->findDevice("DVA-1-C2I1"));
-        user.stop();
+        Session s; // its dialog is built into this program, with no guide beside it
+        s.user.setDialogHandler([](QDialog *d) { act(d, "helpButton"); d->reject(); });
+        plugin.protocol()->createConfig("cpri_0", s.device);
         QCOMPARE(opened, QList<QUrl>{QUrl::fromLocalFile(Guide)});
-        Session s; // a dialog built into this program has no guide beside it
         s.act("helpButton");
         QCOMPARE(s.seen(), QStringList("Error: The help document " + QCoreApplication::applicationDirPath()
                                        + "/doc/cpri_user_guide.html was not found."));
