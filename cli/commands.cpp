@@ -22,6 +22,7 @@
 
 #include <QDialog>
 #include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -297,6 +298,18 @@ int runInfo(PluginHost &host)
         {QStringLiteral("packageDir"), host.packageDir()},
         {QStringLiteral("descriptor"), QJsonObject::fromVariantMap(descriptor)},
     }));
+    return Success;
+}
+
+int runGuide(PluginHost &host)
+{
+    const QString help = IPCore::processIPInfoSpec(host.packageDir() + QLatin1Char('/')
+                                                   + IPCPRI::Descriptor::FileName)
+                             .value(IPCPRI::Descriptor::Help).toString();
+    const QString path = QDir(host.packageDir()).filePath(help);
+    if (help.isEmpty() || !QFileInfo(path).isFile())
+        return fail(QStringLiteral("the user guide %1 is missing").arg(path), Failed);
+    QTextStream(stdout) << QDir::cleanPath(path) << '\n';
     return Success;
 }
 

@@ -28,6 +28,8 @@ struct Options
 // Each command prints its result as JSON on standard output and returns
 // the exit code; problems go to standard error as one line.
 int runInfo(PluginHost &host);
+// Prints the path of the core's user guide (plain text).
+int runGuide(PluginHost &host);
 int runDevices(PluginHost &host);
 int runGenerate(PluginHost &host, const Options &options);
 int runResources(PluginHost &host, const Options &options);

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QMap>
 #include <QTextStream>
 
 #include <memory>
@@ -22,6 +23,7 @@ const char Description[] =
     "\n"
     "Commands:\n"
     "  info                          the core's descriptor\n"
+    "  guide                         the path of the core's user guide\n"
     "  devices                       the device library, with the lanes of each device\n"
     "  generate RECORD.json... --workdir DIR [--synthesize]\n"
     "                                writes each record's core files to DIR/<file>/temp/cpri/\n"
@@ -96,8 +98,8 @@ int parse(const QStringList &arguments, Parsed &parsed)
     parser.addOptions({workDir, synthesize, device, edit, out, accept, screenshot, occupy, shared,
                        plugin});
     parser.addPositionalArgument(QStringLiteral("command"),
-                                 QStringLiteral("info, devices, generate, resources, ports, template, "
-                                                "dialog or project"));
+                                 QStringLiteral("info, guide, devices, generate, resources, ports, "
+                                                "template, dialog or project"));
 
     if (!parser.parse(arguments)) {
         QTextStream(stderr) << "cpri-host: " << parser.errorText() << '\n';
@@ -130,12 +132,21 @@ int parse(const QStringList &arguments, Parsed &parsed)
 
 int run(const Parsed &parsed)
 {
+    using Runner = int (*)(PluginHost &, const Options &);
+    static const QMap<QString, Runner> commands = {
+        {QStringLiteral("info"), [](PluginHost &h, const Options &) { return runInfo(h); }},
+        {QStringLiteral("guide"), [](PluginHost &h, const Options &) { return runGuide(h); }},
+        {QStringLiteral("devices"), [](PluginHost &h, const Options &) { return runDevices(h); }},
+        {QStringLiteral("generate"), runGenerate},
+        {QStringLiteral("resources"), runResources},
+        {QStringLiteral("ports"), runPorts},
+        {QStringLiteral("template"), runTemplate},
+        {QStringLiteral("dialog"), runDialog},
+        {QStringLiteral("project"), runProject},
+    };
     const Options &o = parsed.options;
-    const QStringList commands = {QStringLiteral("info"), QStringLiteral("devices"),
-                                  QStringLiteral("generate"), QStringLiteral("resources"),
-                                  QStringLiteral("dialog"), QStringLiteral("project"),
-                                  QStringLiteral("ports"), QStringLiteral("template")};
-    if (!commands.contains(o.command)) {
+    const Runner command = commands.value(o.command);
+    if (!command) {
         QTextStream(stderr) << "cpri-host: unknown command \"" << o.command << "\" (try --help)\n";
         return BadInput;
     }
@@ -144,21 +155,7 @@ int run(const Parsed &parsed)
         QTextStream(stderr) << "cpri-host: " << host.errorString() << '\n';
         return Failed;
     }
-    if (o.command == QLatin1String("info"))
-        return runInfo(host);
-    if (o.command == QLatin1String("devices"))
-        return runDevices(host);
-    if (o.command == QLatin1String("generate"))
-        return runGenerate(host, o);
-    if (o.command == QLatin1String("resources"))
-        return runResources(host, o);
-    if (o.command == QLatin1String("project"))
-        return runProject(host, o);
-    if (o.command == QLatin1String("ports"))
-        return runPorts(host, o);
-    if (o.command == QLatin1String("template"))
-        return runTemplate(host, o);
-    return runDialog(host, o);
+    return command(host, o);
 }
 
 // A dialog needs a display, except when nobody looks at it: screenshots

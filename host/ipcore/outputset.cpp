@@ -288,6 +288,16 @@ QString stagedPath(const QString &path)
     return path;
 }
 
+QString stagedFolder(const QString &folder)
+{
+    const QString clean = cleanAbsolute(folder);
+    for (const OutputSet::Private *set : openSets()) {
+        if (set->lock.isOpen() && set->folder == clean)
+            return set->staging;
+    }
+    return folder;
+}
+
 bool replaceFolder(const QString &staging, const QString &target, const QString &old,
                    bool exchange)
 {

@@ -16,6 +16,9 @@ bool prepareSetFolder(const QString &dir, const QString &coreName, bool *ok);
 // For generateFile: where a file of an open set's folder is written (its
 // place in the staging folder, noted as one of the set's files), or path.
 QString stagedPath(const QString &path);
+// Where the files of a folder are while an open set writes it: its staging
+// folder, or the folder itself.
+QString stagedFolder(const QString &folder);
 // Records why the last makeDirs or generateFile call failed; returns false.
 bool fail(const QString &reason);
 

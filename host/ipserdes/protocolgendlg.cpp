@@ -7,6 +7,7 @@
 #include "../dev/devicedb.h"
 
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
@@ -26,9 +27,12 @@
 #include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
+
+#include <dlfcn.h>
 
 namespace IPSERDESIP {
 
@@ -71,13 +75,25 @@ QLabel *makeCreatePathLabel(QWidget *parent)
     return label;
 }
 
-// OK, the default button, and Cancel.
+// OK, the default button, Cancel and Help.
 QDialogButtonBox *makeButtons(QWidget *parent)
 {
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, parent);
+    auto *buttons = new QDialogButtonBox(
+        QDialogButtonBox::Ok | QDialogButtonBox::Cancel | QDialogButtonBox::Help, parent);
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("okButton"));
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("cancelButton"));
+    buttons->button(QDialogButtonBox::Help)->setObjectName(QStringLiteral("helpButton"));
     return buttons;
+}
+
+// The folder of the library that holds an address: a core's package
+// folder, for an address inside the core's plug-in.
+QString libraryFolder(const void *address)
+{
+    Dl_info info;
+    if (!dladdr(address, &info) || !info.dli_fname)
+        return QString();
+    return QFileInfo(QString::fromLocal8Bit(info.dli_fname)).absolutePath();
 }
 
 // Tabs that ask for the room their pages need to show all of their
@@ -202,6 +218,7 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
     // accept and reject are virtual: a core's overrides run.
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(buttons, &QDialogButtonBox::helpRequested, this, &protocolGenDlg::showHelp);
     connect(m_moduleName, &QLineEdit::textChanged, m_figure, &PinFigureView::setTitle);
 
     m_existingFolders = existingFolders();
@@ -211,6 +228,27 @@ protocolGenDlg::~protocolGenDlg() = default;
 
 void protocolGenDlg::initDialog()
 {
+}
+
+QString protocolGenDlg::helpPath() const
+{
+    if (helpDocument.isEmpty() || QDir::isAbsolutePath(helpDocument))
+        return helpDocument;
+    // The core's class lives in its plug-in, which lives in its package folder.
+    return libraryFolder(metaObject()) + QLatin1Char('/') + helpDocument;
+}
+
+void protocolGenDlg::showHelp()
+{
+    const QString path = helpPath();
+    if (!QFileInfo(path).isFile()) {
+        runMessageBox(this, QMessageBox::Critical, tr("Error"),
+                      tr("The help document %1 was not found.").arg(path), QMessageBox::Ok);
+        return;
+    }
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        runMessageBox(this, QMessageBox::Critical, tr("Error"),
+                      tr("No viewer opened the help document %1.").arg(path), QMessageBox::Ok);
 }
 
 bool protocolGenDlg::loadConfiguration(const QMap<QString, QVariant> &config)

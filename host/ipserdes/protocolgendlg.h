@@ -25,8 +25,8 @@ class PinFigureView;
 
 // The common frame of every SERDES core dialog: the core's label as its
 // title, output file name, module name, HDL language, synthesis tool, the
-// core's tabs, a drawing of the core's ports beside them, and OK and
-// Cancel. A core derives from it, adds its tabs and overrides initDialog
+// core's tabs, a drawing of the core's ports beside them, and OK, Cancel
+// and Help. A core derives from it, adds its tabs and overrides initDialog
 // and loadConfiguration. The dialog opens at the size its contents ask for.
 class IPHOST_EXPORT protocolGenDlg : public QDialog
 {
@@ -76,6 +76,10 @@ public:
     bool checkFileExisting();
     void showErrorMsg(const QStringList &errors);
 
+    // The core's help document: helpDocument, taken relative to the core's
+    // package folder unless it is absolute.
+    QString helpPath() const;
+
     static QStringList languages();
     static QStringList synthesisTools();
 
@@ -88,6 +92,8 @@ protected:
 
 private:
     void updateCreatePath();
+    // Opens the help document in the desktop's viewer; an error box names a missing one.
+    void showHelp();
 
     DEV::DeviceArg m_device;
     QSet<QString> m_existingFolders;

@@ -1,9 +1,15 @@
 #include "serdesfunctions.h"
 
+#include "namerules.h"
 #include "refclocks_p.h"
+#include "../ipcore/outputset_p.h"
+
+#include "serdes.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 
 namespace IPSERDESIP {
 
@@ -21,15 +27,61 @@ QString refsrcOptTransforSerdesName(const QString &refDisplayName)
     return clock ? clock->serdesName : QString();
 }
 
+namespace {
+
+// How long a synthesis run may take before it is given up.
+constexpr int SynthesisTimeoutMs = 120000;
+
+// Yosys's statistics lines that describe the synthesised netlist: wires,
+// wire bits, cells and the cells by type.
+QStringList statistics(const QString &log)
+{
+    const QStringList lines = log.split(QLatin1Char('\n'));
+    int first = -1;
+    for (int i = 0; i < lines.size(); ++i) {
+        if (lines.at(i).trimmed().startsWith(QLatin1String("Number of wires:")))
+            first = i;
+    }
+    QStringList kept;
+    for (int i = first; first >= 0 && i < lines.size() && !lines.at(i).trimmed().isEmpty(); ++i) {
+        const QString line = lines.at(i).trimmed();
+        if (!line.startsWith(QLatin1String("Number of"))
+            || line.startsWith(QLatin1String("Number of wire"))
+            || line.startsWith(QLatin1String("Number of cells")))
+            kept << line.simplified();
+    }
+    return kept;
+}
+
+// Yosys's error lines, or the end of its log when it names none.
+QString errors(const QString &log)
+{
+    const QStringList lines = log.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QStringList found;
+    for (const QString &line : lines) {
+        if (line.contains(QLatin1String("ERROR:")))
+            found << line.trimmed();
+    }
+    return (found.isEmpty() ? lines.mid(lines.size() - 3) : found).join(QStringLiteral("; "));
+}
+
+QString quoted(const QString &path)
+{
+    return QLatin1Char('"') + path + QLatin1Char('"');
+}
+
+} // namespace
+
 bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVariant> &config,
                          const QMap<QString, QVariant> &ipInfo, const QStringList &sources,
                          const QString &coreName, QString &message, QObject *context)
 {
-    Q_UNUSED(config)
     Q_UNUSED(context)
     const QDir dataDir(ipInfo.value(QStringLiteral("ipcore.dir.data")).toString());
     QStringList missing;
+    QStringList paths;
     for (const QString &source : sources) {
+        paths << quoted(QFileInfo(dataDir.filePath(source)).absoluteFilePath());
         if (!QFileInfo(dataDir.filePath(source)).isFile())
             missing << source;
     }
@@ -38,9 +90,54 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
                       .arg(coreName, missing.join(QStringLiteral(", ")), dataDir.path());
         return false;
     }
-    message = QStringLiteral("Synthesis of %1 for %2: %3 ready in %4 (no synthesis tool in this host)")
-                  .arg(coreName, device.isNull() ? QStringLiteral("no device") : device.id(),
-                       sources.join(QStringLiteral(", ")), dataDir.path());
+    const QString deviceName = device.isNull() ? QStringLiteral("no device") : device.id();
+    const QString yosys = QStandardPaths::findExecutable(QStringLiteral("yosys"));
+    if (yosys.isEmpty()) {
+        message = QStringLiteral("Synthesis of %1 for %2: %3 ready in %4 "
+                                 "(no synthesis tool in this host)")
+                      .arg(coreName, deviceName, sources.join(QStringLiteral(", ")),
+                           dataDir.path());
+        return true;
+    }
+    // The generated define files: <working directory>/<file>/temp/<core>,
+    // or its staging folder while an output set writes it.
+    const QString folder = QStringList{serdes::instance()->workingDir(),
+                                       config.value(QStringLiteral("file")).toString(),
+                                       QStringLiteral("temp"), coreName}
+                               .join(QLatin1Char('/'));
+    const QString defines = IPCore::Internal::stagedFolder(folder);
+    const QString top = config.value(QStringLiteral("module")).toString();
+    const auto failed = [&](const QString &reason) {
+        message = QStringLiteral("Synthesis of %1 failed: %2").arg(coreName, reason);
+        return false;
+    };
+    if (!QFileInfo(defines).isDir())
+        return failed(QStringLiteral("no generated files in %1").arg(folder));
+    const QString topProblem = NameRules::moduleNameProblem(top);
+    if (!topProblem.isEmpty())
+        return failed(topProblem);
+    // Yosys takes no quoted include folder: it runs in the define folder.
+    const QString script =
+        QStringLiteral("read_verilog -I. %1; hierarchy -check -top %2; synth -top %2; stat")
+            .arg(paths.join(QLatin1Char(' ')), top);
+    QProcess run;
+    run.setWorkingDirectory(defines);
+    run.setProcessChannelMode(QProcess::MergedChannels);
+    run.start(yosys, {QStringLiteral("-p"), script});
+    if (!run.waitForFinished(SynthesisTimeoutMs)) {
+        const QString reason = run.error() == QProcess::Timedout
+                                   ? QStringLiteral("Yosys did not finish within %1 s")
+                                         .arg(SynthesisTimeoutMs / 1000)
+                                   : run.errorString();
+        run.kill();
+        run.waitForFinished();
+        return failed(reason);
+    }
+    const QString log = QString::fromLocal8Bit(run.readAll());
+    if (run.exitStatus() != QProcess::NormalExit || run.exitCode() != 0)
+        return failed(errors(log));
+    message = QStringLiteral("Synthesis of %1 (%2) for %3 with Yosys:\n%4")
+                  .arg(coreName, top, deviceName, statistics(log).join(QLatin1Char('\n')));
     return true;
 }
 

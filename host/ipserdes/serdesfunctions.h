@@ -22,10 +22,14 @@ IPHOST_EXPORT QString FromRefOptionToRef(const QString &refDisplayName);
 // "Q0 REFIN1" -> "q0_gpio1", "MCLK" -> "mclk"); empty for an unknown name.
 IPHOST_EXPORT QString refsrcOptTransforSerdesName(const QString &refDisplayName);
 
-// Runs the host's synthesis of a core and blocks until it ends. This host
-// has no synthesis tool: it checks that every named source exists in the
-// descriptor's "ipcore.dir.data" folder, writes what it found into
-// message, and returns whether all of them are there.
+// Runs the host's synthesis of a core and blocks until it ends. Every
+// named source must exist in the descriptor's "ipcore.dir.data" folder.
+// Yosys, when on the PATH, reads them with the generated define files of
+// <working directory>/<file>/temp/<coreName>, elaborates and synthesises
+// the record's "module" and the message gets its netlist statistics (wires,
+// wire bits, cells, cells by type); a failing run gives Yosys's errors and
+// false. Without Yosys the message says there is no synthesis tool and the
+// step succeeds.
 IPHOST_EXPORT bool waitForRunSyntheSis(const DEV::DeviceArg &device,
                                        const QMap<QString, QVariant> &config,
                                        const QMap<QString, QVariant> &ipInfo,

@@ -1,0 +1,361 @@
+// guidegen: writes the core's user guide from the project's own tables,
+// so that the guide says what the code does.
+//
+// guidegen DESCRIPTOR EXAMPLE_RECORD HOST_PROGRAM OUTPUT
+//   DESCRIPTOR      the package's "cpri.ipspec"
+//   EXAMPLE_RECORD  a stored record whose generated lines the guide shows
+//   HOST_PROGRAM    cpri-host, whose usage text the guide quotes
+//   OUTPUT          the HTML file to write
+
+#include <config/configkeys.h>
+#include <config/descriptorkeys.h>
+#include <config/linerates.h>
+#include <config/speedrules.h>
+#include <core/idecore.h>
+#include <dev/devicedb.h>
+#include <dialog/portfigure.h>
+#include <generate/definefiles.h>
+#include <generate/generationnames.h>
+#include <generate/synthesisoptions.h>
+#include <ipcore/ipcorefunctions.h>
+#include <recordfile.h>
+#include <serdes/lanesettings.h>
+#include <serdes/resourcenames.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QSaveFile>
+#include <QTextStream>
+
+#include <algorithm>
+
+using namespace IPCPRI;
+namespace Key = Config::Key;
+
+namespace {
+
+QString esc(const QString &text)
+{
+    return text.toHtmlEscaped();
+}
+
+QString code(const QString &text)
+{
+    return QStringLiteral("<code>%1</code>").arg(esc(text));
+}
+
+QString codes(const QStringList &texts)
+{
+    QStringList items;
+    for (const QString &text : texts)
+        items << code(text);
+    return items.join(QStringLiteral(", "));
+}
+
+QString pre(const QStringList &lines)
+{
+    return QStringLiteral("<pre>%1</pre>\n").arg(esc(lines.join(QLatin1Char('\n'))));
+}
+
+QString row(const QStringList &cells, const QString &tag = QStringLiteral("td"))
+{
+    QString html = QStringLiteral("<tr>");
+    for (const QString &cell : cells)
+        html += QStringLiteral("<%1>%2</%1>").arg(tag, cell);
+    return html + QStringLiteral("</tr>\n");
+}
+
+QString table(const QStringList &header, const QString &rows)
+{
+    QStringList heads;
+    for (const QString &h : header)
+        heads << esc(h);
+    return QStringLiteral("<table>\n") + row(heads, QStringLiteral("th")) + rows
+           + QStringLiteral("</table>\n");
+}
+
+QString rateText(int index)
+{
+    return Config::lineRateText(Config::rateRows().at(index).gbps);
+}
+
+QStringList rateTexts(const QVector<int> &indices)
+{
+    QStringList texts;
+    for (int i : indices)
+        texts << rateText(i);
+    return texts;
+}
+
+QString describe(const QMap<QString, QVariant> &info)
+{
+    return QStringLiteral("<h1>%1</h1>\n<p>%2</p>\n<p>Version %3, identifier %4, in %5.</p>\n"
+                          "<p>Devices: %6.</p>\n")
+        .arg(esc(info.value(Descriptor::Label).toString()),
+             esc(info.value(Descriptor::Summary).toString()),
+             esc(info.value(Descriptor::Version).toString()),
+             code(info.value(Descriptor::Id).toString()),
+             esc(info.value(Descriptor::Category).toStringList().join(QStringLiteral(" / "))),
+             codes(info.value(Descriptor::SupportedDevices).toStringList()));
+}
+
+QString rates()
+{
+    QString rows;
+    for (const Config::RateRow &r : Config::rateRows()) {
+        if (!r.reserved())
+            rows += row({code(Config::lineRateText(r.gbps)), code(r.key)});
+    }
+    QString classes;
+    for (const Config::SpeedClass &c : Config::speedClasses()) {
+        QVector<int> offered = c.enable;
+        std::sort(offered.begin(), offered.end(), [](int a, int b) {
+            return Config::rateRows().at(a).gbps < Config::rateRows().at(b).gbps;
+        });
+        classes += row({code(c.key), codes(rateTexts(offered)),
+                        c.enableOnTopGrade.isEmpty() ? QString()
+                                                     : codes(rateTexts(c.enableOnTopGrade))});
+    }
+    return QStringLiteral("<h2>Line rates and speed classes</h2>\n<p>The line rates, each "
+                          "offered by a check box whose record key is beside it:</p>\n")
+           + table({QStringLiteral("Line rate"), QStringLiteral("Record key")}, rows)
+           + QStringLiteral("<p>A speed class bounds the rates. Choosing one offers its rates and "
+                            "withdraws the faster ones; the fastest rates need a device of "
+                            "grade %1.</p>\n")
+                 .arg(code(Config::TopGrade))
+           + table({QStringLiteral("Speed class"), QStringLiteral("Offers"),
+                    QStringLiteral("Also offers on grade ") + Config::TopGrade},
+                   classes);
+}
+
+// The values a key takes where the project keeps them as a list.
+QString range(const Config::KeySpec &spec)
+{
+    if (spec.type == Config::ValueType::Bool)
+        return QStringLiteral("true or false");
+    QStringList list;
+    if (spec.key == Key::LineRate) {
+        for (const Config::RateRow &r : Config::rateRows())
+            if (!r.reserved())
+                list << Config::lineRateText(r.gbps);
+    } else if (spec.key == Key::LoopbackMode) {
+        list = Config::loopbackModes();
+    } else if (spec.key == Key::DifferentialSwing) {
+        list = Config::differentialSwings();
+    } else if (spec.key == Key::SdThreshold) {
+        list = Config::signalDetectThresholds();
+    } else if (spec.key == Key::FfeMode || spec.key == Key::EqualizationMode) {
+        list = QStringList{Config::AutoMode, Config::ManualMode};
+    } else if (spec.key == Key::Mode64b66b) {
+        list = QStringList{Config::SerDesPlacement, Config::FabricPlacement};
+    } else if (spec.key == Key::RefClkSource) {
+        for (const Serdes::RefClock &clock : Serdes::refClocks())
+            list << clock.displayName;
+    }
+    return codes(list);
+}
+
+QString keys()
+{
+    const QStringList types = {QStringLiteral("text"), QStringLiteral("bool"),
+                               QStringLiteral("int")};
+    QString rows;
+    for (const Config::KeySpec &spec : Config::recordKeys()) {
+        rows += row({code(spec.key), esc(spec.meaning), types.at(int(spec.type)), range(spec),
+                     code(spec.initial.toString())});
+    }
+    return QStringLiteral("<h2>Configuration record</h2>\n<p>The dialog stores a core as a record "
+                          "of these keys, in this order (format version %1):</p>\n")
+               .arg(code(Config::FormatVersion))
+           + table({QStringLiteral("Key"), QStringLiteral("Meaning"), QStringLiteral("Type"),
+                    QStringLiteral("Values"), QStringLiteral("New core")},
+                   rows);
+}
+
+QStringList names(const QList<Utils::PinFigure> &pins)
+{
+    QStringList list;
+    for (const Utils::PinFigure &pin : pins)
+        list << pin.name;
+    return list;
+}
+
+// The ports a choice adds to those of a core without any.
+QStringList added(const FigureChoices &choices, const QStringList &base)
+{
+    QStringList ports = names(portFigure(choices));
+    for (const QString &port : base)
+        ports.removeOne(port);
+    return ports;
+}
+
+QString ports()
+{
+    using Path = FigureChoices::DataPath;
+    const QStringList base = names(portFigure({}));
+    QString rows = row({esc(QStringLiteral("always")), codes(base)});
+    const QVector<QPair<Path, QString>> paths = {
+        {Path::Narrow3072, code(Key::SpeedSel3072)},
+        {Path::Narrow6144, code(Key::SpeedSel6144)},
+        {Path::Narrow98304, code(Key::SpeedSel98304)},
+        {Path::Wide,
+         code(Key::SpeedSel101376) + QStringLiteral(" or ") + code(Key::SpeedSel1216512)},
+    };
+    for (const auto &path : paths) {
+        FigureChoices c;
+        c.dataPath = path.first;
+        rows += row({path.second, codes(added(c, base))});
+    }
+    const QVector<QPair<bool FigureChoices::*, QString>> flags = {
+        {&FigureChoices::realTimeVendor, Key::RealTimeVendor},
+        {&FigureChoices::mii, Key::Mii},
+        {&FigureChoices::gmii, Key::Gmii},
+        {&FigureChoices::loopbackPorts, Key::LoopbackPorts},
+        {&FigureChoices::drpPorts, Key::DrpPorts},
+        {&FigureChoices::differentialSwingPorts, Key::DifferentialSwingPorts},
+        {&FigureChoices::ffePorts, Key::FfePorts},
+        {&FigureChoices::equalizationPorts, Key::EqualizationPorts},
+        {&FigureChoices::biasPorts, Key::BiasPorts},
+        {&FigureChoices::prbsGeneratorPorts, Key::PrbsGeneratorPorts},
+        {&FigureChoices::prbsCheckerPorts, Key::PrbsCheckerPorts},
+    };
+    // Ports every optional group brings are shown once, under any of them.
+    QVector<QStringList> groups;
+    QStringList common;
+    bool first = true;
+    for (const auto &flag : flags) {
+        FigureChoices c;
+        c.*flag.first = true;
+        groups << added(c, base);
+        if (!Config::optionalPortKeys().contains(flag.second))
+            continue;
+        if (first)
+            common = groups.last();
+        first = false;
+        const QStringList &group = groups.last();
+        common.erase(std::remove_if(common.begin(), common.end(),
+                                    [&](const QString &port) { return !group.contains(port); }),
+                     common.end());
+    }
+    for (int i = 0; i < flags.size(); ++i) {
+        QStringList own = groups.at(i);
+        for (const QString &port : common)
+            own.removeOne(port);
+        rows += row({code(flags.at(i).second), codes(own)});
+    }
+    rows += row({esc(QStringLiteral("any optional port key")), codes(common)});
+    return QStringLiteral("<h2>Ports</h2>\n<p>The ports of the generated core depend on the "
+                          "record. A port ending in <code>_i</code> is an input, one ending in "
+                          "<code>_o</code> an output; a bit range makes it a bus.</p>\n")
+           + table({QStringLiteral("When the record sets"), QStringLiteral("Ports")}, rows);
+}
+
+QString generation(const QMap<QString, QVariant> &record, const QString &exampleName)
+{
+    const QString partName = Core::IdeCore::deviceDataBase()
+                                 ->findDevice(record.value(Key::TargetDevice).toString())
+                                 .device();
+    QStringList settings;
+    if (const Serdes::Lane *lane =
+            Serdes::laneByDisplayName(record.value(Key::ChannelSelection).toString()))
+        Serdes::appendLaneSettings(settings, lane->prefix, lane->quadPrefix,
+                                   Serdes::laneInputFromRecord(record, partName));
+    settings << Generate::referenceClockLines(record);
+    const QString folder = Generate::coreOutputDir(QStringLiteral("WORKDIR/<file>"));
+    QString html = QStringLiteral("<h2>Generated files</h2>\n<p>Generation writes a core's files "
+                                  "to %1. The lines below are those of the example record "
+                                  "%2.</p>\n")
+                       .arg(code(folder), code(exampleName));
+    html += QStringLiteral("<h3>%1</h3>\n<p>The name of the generated top module.</p>\n")
+                .arg(esc(Generate::TopDefineFile))
+            + pre(Generate::topDefines(record));
+    html += QStringLiteral("<h3>%1</h3>\n<p>The lane, optional ports, line rates, timing, "
+                           "Ethernet, protocol, HDLC, vendor-specific, role and PLL choices.</p>\n")
+                .arg(esc(Generate::CoreDefineFile))
+            + pre(Generate::coreDefines(record));
+    html += QStringLiteral("<h3>%1</h3>\n<p>The transceiver setting lines, each a setting name "
+                           "and a value: the lane's lines and the reference clock's frequency. "
+                           "The host may adjust them for its global reset, and with %2 set the "
+                           "quad's bias lines follow.</p>\n")
+                .arg(esc(Generate::SettingsFile), code(Key::ChangedAllOfBias))
+            + pre(settings);
+    html += QStringLiteral("<h3>Synthesis options</h3>\n<p>Handed to the host with the "
+                           "settings; the synthesis step reads the core's sources %1 with the "
+                           "two define files.</p>\n")
+                .arg(codes(Generate::CoreSources))
+            + pre(Generate::synthesisOptions(record));
+    html += QStringLiteral("<h3>%1</h3>\n<p>Written by the dialog's Calculate button: the "
+                           "transceiver registers the host's generator computes from the "
+                           "setting lines.</p>\n")
+                .arg(esc(Generate::RegisterFile));
+    return html;
+}
+
+QString commands(const QString &hostProgram, const QString &exampleName)
+{
+    QProcess host;
+    host.start(hostProgram, {QStringLiteral("--help")});
+    host.waitForFinished(30000);
+    const QString usage = QString::fromLocal8Bit(host.readAllStandardOutput())
+                              .trimmed()
+                              .replace(hostProgram, QStringLiteral("cpri-host"));
+    if (host.exitCode() != 0 || usage.isEmpty())
+        return QString();
+    const QStringList examples = {
+        QStringLiteral("cpri-host info"),
+        QStringLiteral("cpri-host generate %1 --workdir work --synthesize").arg(exampleName),
+        QStringLiteral("cpri-host resources %1").arg(exampleName),
+        QStringLiteral("cpri-host dialog --device DVA-1-C2I1 --out my_core.json"),
+        QStringLiteral("cpri-host guide"),
+    };
+    return QStringLiteral("<h2>Command-line host</h2>\n<p><code>cpri-host</code> runs the core "
+                          "as the IP-core generator does. Its usage:</p>\n")
+           + pre({usage}) + QStringLiteral("<p>Examples:</p>\n") + pre(examples);
+}
+
+const char Style[] =
+    "body{font-family:sans-serif;max-width:60em;margin:2em auto;padding:0 1em;line-height:1.4}"
+    "table{border-collapse:collapse;margin:.5em 0}"
+    "th,td{border:1px solid #bbb;padding:.2em .5em;text-align:left;vertical-align:top}"
+    "th{background:#eee}pre{background:#f6f6f6;padding:.5em;overflow-x:auto}";
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    const QStringList args = QCoreApplication::arguments();
+    if (args.size() != 5) {
+        QTextStream(stderr) << "usage: guidegen DESCRIPTOR EXAMPLE_RECORD HOST_PROGRAM OUTPUT\n";
+        return 2;
+    }
+    const QMap<QString, QVariant> info = IPCore::processIPInfoSpec(args.at(1));
+    QMap<QString, QVariant> record;
+    QString error;
+    if (info.isEmpty() || !CpriHost::RecordFile::read(args.at(2), record, error)) {
+        QTextStream(stderr) << "guidegen: cannot read "
+                            << (info.isEmpty() ? args.at(1) : error) << '\n';
+        return 1;
+    }
+    const QString exampleName = args.at(2).section(QLatin1Char('/'), -2);
+    const QString commandsPart = commands(args.at(3), exampleName);
+    if (commandsPart.isEmpty()) {
+        QTextStream(stderr) << "guidegen: no usage text from " << args.at(3) << '\n';
+        return 1;
+    }
+    const QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head>"
+                                        "<meta charset=\"utf-8\"><title>%1 user guide</title>"
+                                        "<style>%2</style></head><body>\n")
+                             .arg(esc(info.value(Descriptor::Label).toString()),
+                                  QString::fromLatin1(Style))
+                         + describe(info) + rates() + keys() + ports()
+                         + generation(record, exampleName) + commandsPart
+                         + QStringLiteral("</body></html>\n");
+    QSaveFile out(args.at(4));
+    if (!out.open(QIODevice::WriteOnly) || out.write(html.toUtf8()) < 0 || !out.commit()) {
+        QTextStream(stderr) << "guidegen: cannot write " << args.at(4) << '\n';
+        return 1;
+    }
+    return 0;
+}
