@@ -22,13 +22,6 @@ using IPSERDESIP::NameRules::moduleNameProblem;
 
 // A choice of the dialog. Some readers of the record put a default in place
 // of a missing value; those choices may be missing.
-struct Choice
-{
-    const QString &key;
-    QStringList offered;
-    bool mayBeMissing;
-};
-
 // A field the dialog keeps in shape: what it would keep of an entry.
 struct Field
 {
@@ -145,11 +138,18 @@ QString RecordRules::problem(const QMap<QString, QVariant> &record) const
     return choice.isEmpty() ? fieldProblem(record) : choice;
 }
 
-QString RecordRules::choiceProblem(const QMap<QString, QVariant> &record) const
+struct RecordRules::Choice
+{
+    const QString &key;
+    QStringList offered;
+    bool mayBeMissing;
+};
+
+QVector<RecordRules::Choice> RecordRules::choices() const
 {
     using namespace IPCPRI;
     const QStringList modes{Config::AutoMode, Config::ManualMode};
-    const QVector<Choice> choices = {
+    return {
         {Key::LineRate, lineRates(), false},
         {Key::ChannelSelection, m_lanes, false},
         {Key::RefClkSource, Serdes::offeredRefClocks(m_partName), false},
@@ -161,7 +161,20 @@ QString RecordRules::choiceProblem(const QMap<QString, QVariant> &record) const
         {Key::SdThreshold, Config::signalDetectThresholds(), true},
         {Key::EqualizationMode, modes, true},
     };
-    for (const Choice &choice : choices) {
+}
+
+QStringList RecordRules::offered(const QString &key) const
+{
+    for (const Choice &choice : choices()) {
+        if (choice.key == key)
+            return choice.offered;
+    }
+    return QStringList();
+}
+
+QString RecordRules::choiceProblem(const QMap<QString, QVariant> &record) const
+{
+    for (const Choice &choice : choices()) {
         if (choice.mayBeMissing && !record.contains(choice.key))
             continue;
         const QString value = record.value(choice.key).toString();

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <QVector>
 
 namespace CpriHost {
 
@@ -25,7 +26,13 @@ public:
     // Why the record may not be generated, in one line, or an empty text.
     QString problem(const QMap<QString, QVariant> &record) const;
 
+    // The values the dialog offers for a key it fills from a list; empty
+    // for any other key.
+    QStringList offered(const QString &key) const;
+
 private:
+    struct Choice;
+    QVector<Choice> choices() const;
     QString choiceProblem(const QMap<QString, QVariant> &record) const;
 
     QStringList m_lanes;

@@ -19,6 +19,7 @@
 #include <generate/synthesisoptions.h>
 #include <ipcore/ipcorefunctions.h>
 #include <recordfile.h>
+#include <recordrules.h>
 #include <serdes/lanesettings.h>
 #include <serdes/resourcenames.h>
 
@@ -129,31 +130,21 @@ QString rates()
                    classes);
 }
 
-// The values a key takes where the project keeps them as a list.
-QString range(const Config::KeySpec &spec)
+// The values a key takes where the dialog offers them as a list: every
+// lane, and the reference sources of every device family.
+QString range(const Config::KeySpec &key)
 {
-    if (spec.type == Config::ValueType::Bool)
+    if (key.type == Config::ValueType::Bool)
         return QStringLiteral("true or false");
-    QStringList list;
-    if (spec.key == Key::LineRate) {
-        for (const Config::RateRow &r : Config::rateRows())
-            if (!r.reserved())
-                list << Config::lineRateText(r.gbps);
-    } else if (spec.key == Key::LoopbackMode) {
-        list = Config::loopbackModes();
-    } else if (spec.key == Key::DifferentialSwing) {
-        list = Config::differentialSwings();
-    } else if (spec.key == Key::SdThreshold) {
-        list = Config::signalDetectThresholds();
-    } else if (spec.key == Key::FfeMode || spec.key == Key::EqualizationMode) {
-        list = QStringList{Config::AutoMode, Config::ManualMode};
-    } else if (spec.key == Key::Mode64b66b) {
-        list = QStringList{Config::SerDesPlacement, Config::FabricPlacement};
-    } else if (spec.key == Key::RefClkSource) {
-        for (const Serdes::RefClock &clock : Serdes::refClocks())
-            list << clock.displayName;
-    }
-    return codes(list);
+    QStringList lanes;
+    for (const Serdes::Lane &lane : Serdes::lanes())
+        lanes << lane.displayName;
+    if (key.key != Key::RefClkSource)
+        return codes(CpriHost::RecordRules(lanes, QString()).offered(key.key));
+    QStringList sources;
+    for (const Serdes::RefClock &clock : Serdes::refClocks())
+        sources << clock.displayName;
+    return codes(sources);
 }
 
 QString keys()
@@ -161,9 +152,9 @@ QString keys()
     const QStringList types = {QStringLiteral("text"), QStringLiteral("bool"),
                                QStringLiteral("int")};
     QString rows;
-    for (const Config::KeySpec &spec : Config::recordKeys()) {
-        rows += row({code(spec.key), esc(spec.meaning), types.at(int(spec.type)), range(spec),
-                     code(spec.initial.toString())});
+    for (const Config::KeySpec &key : Config::recordKeys()) {
+        rows += row({code(key.key), esc(key.meaning), types.at(int(key.type)), range(key),
+                     code(key.initial.toString())});
     }
     return QStringLiteral("<h2>Configuration record</h2>\n<p>The dialog stores a core as a record "
                           "of these keys, in this order (format version %1):</p>\n")
