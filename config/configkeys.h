@@ -86,14 +86,12 @@ inline const QString FormatVersion = QStringLiteral("1.0");
 
 enum class ValueType { Text, Bool, Int };
 
-// A key of the record with its value type, the value a new core starts
-// with and what it means (the user guide's words).
+// A key of the record with its value type and the value a new core starts with.
 struct KeySpec
 {
     QString key;
     ValueType type;
     QVariant initial;
-    QString meaning;
 };
 
 // Every key in record order: the order in which a dialog collects them.

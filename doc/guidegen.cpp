@@ -1,8 +1,9 @@
 // guidegen: writes the core's user guide from the project's own tables,
 // so that the guide says what the code does.
 //
-// guidegen DESCRIPTOR EXAMPLE_RECORD HOST_PROGRAM OUTPUT
+// guidegen DESCRIPTOR MEANINGS EXAMPLE_RECORD HOST_PROGRAM OUTPUT
 //   DESCRIPTOR      the package's "cpri.ipspec"
+//   MEANINGS        "keymeanings.txt": each record key and what it means
 //   EXAMPLE_RECORD  a stored record whose generated lines the guide shows
 //   HOST_PROGRAM    cpri-host, whose usage text the guide quotes
 //   OUTPUT          the HTML file to write
@@ -147,13 +148,42 @@ QString range(const Config::KeySpec &key)
     return codes(sources);
 }
 
-QString keys()
+// The meaning of every record key, from lines "key meaning" ('#' starts a
+// comment); empty, with the reason in error, when a key of the record has
+// no meaning or a line names no key of the record.
+QMap<QString, QString> readMeanings(const QString &path, QString &error)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        error = QStringLiteral("cannot read %1").arg(path);
+        return {};
+    }
+    QMap<QString, QString> meanings;
+    for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+        if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#')))
+            meanings.insert(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1));
+    }
+    QStringList keys;
+    for (const Config::KeySpec &key : Config::recordKeys())
+        keys << key.key;
+    for (const QString &key : keys) {
+        if (meanings.value(key).isEmpty())
+            error = QStringLiteral("%1 gives no meaning of \"%2\"").arg(path, key);
+    }
+    for (auto it = meanings.cbegin(); it != meanings.cend(); ++it) {
+        if (!keys.contains(it.key()))
+            error = QStringLiteral("%1 names \"%2\", which is no key of the record").arg(path, it.key());
+    }
+    return error.isEmpty() ? meanings : QMap<QString, QString>();
+}
+
+QString keys(const QMap<QString, QString> &meanings)
 {
     const QStringList types = {QStringLiteral("text"), QStringLiteral("bool"),
                                QStringLiteral("int")};
     QString rows;
     for (const Config::KeySpec &key : Config::recordKeys()) {
-        rows += row({code(key.key), esc(key.meaning), types.at(int(key.type)), range(key),
+        rows += row({code(key.key), esc(meanings.value(key.key)), types.at(int(key.type)), range(key),
                      code(key.initial.toString())});
     }
     return QStringLiteral("<h2>Configuration record</h2>\n<p>The dialog stores a core as a record "
@@ -317,22 +347,28 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const QStringList args = QCoreApplication::arguments();
-    if (args.size() != 5) {
-        QTextStream(stderr) << "usage: guidegen DESCRIPTOR EXAMPLE_RECORD HOST_PROGRAM OUTPUT\n";
+    if (args.size() != 6) {
+        QTextStream(stderr)
+            << "usage: guidegen DESCRIPTOR MEANINGS EXAMPLE_RECORD HOST_PROGRAM OUTPUT\n";
         return 2;
     }
     const QMap<QString, QVariant> info = IPCore::processIPInfoSpec(args.at(1));
     QMap<QString, QVariant> record;
     QString error;
-    if (info.isEmpty() || !CpriHost::RecordFile::read(args.at(2), record, error)) {
+    if (info.isEmpty() || !CpriHost::RecordFile::read(args.at(3), record, error)) {
         QTextStream(stderr) << "guidegen: cannot read "
                             << (info.isEmpty() ? args.at(1) : error) << '\n';
         return 1;
     }
-    const QString exampleName = args.at(2).section(QLatin1Char('/'), -2);
-    const QString commandsPart = commands(args.at(3), exampleName);
+    const QMap<QString, QString> meanings = readMeanings(args.at(2), error);
+    if (meanings.isEmpty()) {
+        QTextStream(stderr) << "guidegen: " << error << '\n';
+        return 1;
+    }
+    const QString exampleName = args.at(3).section(QLatin1Char('/'), -2);
+    const QString commandsPart = commands(args.at(4), exampleName);
     if (commandsPart.isEmpty()) {
-        QTextStream(stderr) << "guidegen: no usage text from " << args.at(3) << '\n';
+        QTextStream(stderr) << "guidegen: no usage text from " << args.at(4) << '\n';
         return 1;
     }
     const QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head>"
@@ -340,12 +376,12 @@ int main(int argc, char *argv[])
                                         "<style>%2</style></head><body>\n")
                              .arg(esc(info.value(Descriptor::Label).toString()),
                                   QString::fromLatin1(Style))
-                         + describe(info) + rates() + keys() + ports()
+                         + describe(info) + rates() + keys(meanings) + ports()
                          + generation(record, exampleName) + commandsPart
                          + QStringLiteral("</body></html>\n");
-    QSaveFile out(args.at(4));
+    QSaveFile out(args.at(5));
     if (!out.open(QIODevice::WriteOnly) || out.write(html.toUtf8()) < 0 || !out.commit()) {
-        QTextStream(stderr) << "guidegen: cannot write " << args.at(4) << '\n';
+        QTextStream(stderr) << "guidegen: cannot write " << args.at(5) << '\n';
         return 1;
     }
     return 0;
