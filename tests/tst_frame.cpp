@@ -134,6 +134,9 @@ void TestFrame::figureSortsAndSizesPorts()
     PinFigureView fresh(&holder);
     fresh.setPins(view.pins());
     QCOMPARE(view.sizeHint(), fresh.sizeHint());
+    PinFigureView one, other; // the same sizes, other names: the names and wires are drawn
+    one.setPins(pins("ab_i cd_o[1:0]")), other.setPins(pins("ba_i dc_o[1:0]"));
+    QVERIFY(one.grab().toImage() != other.grab().toImage());
     const QString title = QStringLiteral("a_title_wider_than_the_ports_of_the_figure");
     view.setTitle(title);
     const int titled = view.sizeHint().width();

@@ -121,9 +121,9 @@ void TestRegistry::sharedResourcesCountTheirUsers()
 void TestRegistry::routeReleasesOnlyWhatItTook()
 {
     QVERIFY(reg()->occupy(core(A, ACore)));
-    const QStringList lanes = texts(str("Q0_LANE2|Q0_LANE3|Q1_LANE0|Q1_LANE2"));
-    QVERIFY(reg()->checkRoute(lanes, texts(str("Q0_QPLL0|Q0_CPLL3|Q1_CPLL0|Q1_QPLL1")),
-                              texts(str("Q0_REFCLK0|Q0_REFIN|MCLK|Q0_REFCLK1")), texts(str("122.880|100|100|100"))));
+    const QStringList lanes = texts(str("Q0_LANE2|Q0_LANE3|Q1_LANE0|Q1_LANE2")); // the route names them in reverse
+    QVERIFY(reg()->checkRoute(texts(str("Q1_LANE2|Q1_LANE0|Q0_LANE3|Q0_LANE2")), texts(str("Q1_QPLL1|Q1_CPLL0|Q0_CPLL3|Q0_QPLL0")),
+                              texts(str("Q0_REFCLK1|MCLK|Q0_REFIN|Q0_REFCLK0")), texts(str("100|100|100|122.880"))));
     QVERIFY(reg()->pendingRoutes() == lanes && reg()->occupiedLanes() == QStringList{str("Q0_LANE1")});
     QVERIFY(reg()->users(str("Q0_QPLL0")) == QStringList({A, str("a pending route")}) && refUsers("q0_refclk0") == 2);
     IPSERDESIP::Conflict c;
