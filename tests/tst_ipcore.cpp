@@ -60,6 +60,7 @@ private slots:
         const QString temp = tmp.path() + "/core/temp", dir = temp + "/cpri", old = temp + "/.cpri.old-1";
         for (const char *name : {"/a", "/c", "/s/b", "/a.part-1"})
             QVERIFY(QDir().mkpath(old + "/s") && QDir().mkpath(temp + "/.cpri.new-2/x") && write(old + name, {name}));
+        QVERIFY(write(temp + "/.cpri.new-3", {"a file"}));
         OutputSet set;
         QVERIFY(makeDirs(dir, "c") && makeDirs(dir, "c") && write(dir + "/a", {"new"}));
         QVERIFY(write(tmp.path() + "/e", {"now"}) && read(dir + "/a") + read(tmp.path() + "/e") == "/a\nnow\n");
