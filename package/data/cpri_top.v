@@ -300,18 +300,6 @@ module `module_name (
     assign vendor_rx_data_valid_o = 1'b0;
     assign serq_rx_fifo_rdusewd_o = 5'd0;
     assign serq_tx_fifo_wrusewd_o = 5'd0;
-`ifdef LOOPBACK_PORT_EN
-`endif
-`ifdef TX_DIFF_PORT_EN
-`endif
-`ifdef TX_FFE_PORT_EN
-`endif
-`ifdef RX_EQ_PORT_EN
-`endif
-`ifdef RX_BIAS_PORT_EN
-`endif
-`ifdef TX_PRBS_PORT_EN
-`endif
 `ifdef RX_PRBS_PORT_EN
     assign rx_prbs_err_cnt_o = 8'd0;
 `endif
