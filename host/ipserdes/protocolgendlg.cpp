@@ -1,6 +1,7 @@
 #include "protocolgendlg.h"
 
 #include "namerules.h"
+#include "recordkeys.h"
 #include "pinfigureview.h"
 #include "serdes.h"
 #include "../core/idecore.h"
@@ -38,9 +39,6 @@ namespace IPSERDESIP {
 
 namespace {
 
-const char kTargetDeviceKey[] = "target_device";
-const char kFileKey[] = "file";
-const char kModuleKey[] = "module";
 
 // Runs a modal message box over parent and returns the button chosen. The
 // box shows the parent's window icon.
@@ -259,7 +257,7 @@ bool protocolGenDlg::loadConfiguration(const QMap<QString, QVariant> &config)
 
 void protocolGenDlg::setDevice(const QMap<QString, QVariant> &config)
 {
-    const QString id = config.value(QString::fromLatin1(kTargetDeviceKey)).toString();
+    const QString id = config.value(RecordKey::TargetDevice).toString();
     DEV::DeviceArg found;
     if (!id.isEmpty())
         found = Core::IdeCore::deviceDataBase()->findDevice(id);
@@ -278,10 +276,10 @@ void protocolGenDlg::setCreating(const QString &name, const DEV::DeviceArg &devi
 bool protocolGenDlg::setOpening(const QMap<QString, QVariant> &config)
 {
     setDevice(config);
-    const QVariant file = config.value(QString::fromLatin1(kFileKey));
+    const QVariant file = config.value(RecordKey::File);
     if (file.userType() == QMetaType::QString)
         m_fileName->setText(file.toString());
-    const QVariant module = config.value(QString::fromLatin1(kModuleKey));
+    const QVariant module = config.value(RecordKey::Module);
     if (module.userType() == QMetaType::QString)
         m_moduleName->setText(module.toString());
     // An opened core writes into the folder it already has.

@@ -1,6 +1,7 @@
 #include "serdesfunctions.h"
 
 #include "namerules.h"
+#include "recordkeys.h"
 #include "refclocks_p.h"
 #include "../ipcore/outputset_p.h"
 
@@ -81,8 +82,9 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
     QStringList missing;
     QStringList paths;
     for (const QString &source : sources) {
-        paths << quoted(QFileInfo(dataDir.filePath(source)).absoluteFilePath());
-        if (!QFileInfo(dataDir.filePath(source)).isFile())
+        const QFileInfo file(dataDir.filePath(source));
+        paths << quoted(file.absoluteFilePath());
+        if (!file.isFile())
             missing << source;
     }
     if (!missing.isEmpty()) {
@@ -102,11 +104,11 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
     // The generated define files: <working directory>/<file>/temp/<core>,
     // or its staging folder while an output set writes it.
     const QString folder = QStringList{serdes::instance()->workingDir(),
-                                       config.value(QStringLiteral("file")).toString(),
+                                       config.value(RecordKey::File).toString(),
                                        QStringLiteral("temp"), coreName}
                                .join(QLatin1Char('/'));
     const QString defines = IPCore::Internal::stagedFolder(folder);
-    const QString top = config.value(QStringLiteral("module")).toString();
+    const QString top = config.value(RecordKey::Module).toString();
     const auto failed = [&](const QString &reason) {
         message = QStringLiteral("Synthesis of %1 failed: %2").arg(coreName, reason);
         return false;
