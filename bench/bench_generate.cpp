@@ -6,7 +6,6 @@
 //   bench_generate [records]   (default 2000)
 
 #include "benchstats.h"
-#include "../tests/testrecords.h"
 
 #include <config/configkeys.h>
 #include <plugin/cpri.h>
@@ -33,7 +32,9 @@ const char *const Lanes[] = {"Q0 Lane0", "Q0 Lane1", "Q0 Lane2", "Q0 Lane3",
 // A spread of records: every lane, PLL and speed class, some ports.
 ConfigMap record(int i)
 {
-    ConfigMap r = TestRecords::initial();
+    ConfigMap r;
+    for (const IPCPRI::Config::KeySpec &key : IPCPRI::Config::recordKeys())
+        r.insert(key.key, key.initial);
     r.insert(Key::TargetDevice, i % 2 ? QStringLiteral("DVA-2-I2") : QStringLiteral("DVC-1-C2I1"));
     r.insert(Key::File, QStringLiteral("core%1").arg(i % 16));
     r.insert(Key::Module, QStringLiteral("cpri_top_%1").arg(i));

@@ -9,7 +9,7 @@
 
 #include <config/configkeys.h>
 #include <config/descriptorkeys.h>
-#include <generate/coreports.h>
+#include <dialog/coreports.h>
 
 #include <core/idecore.h>
 #include <dev/devicedb.h>
@@ -386,8 +386,8 @@ int runPorts(PluginHost &host, const Options &options)
     if (!readCheckedRecord(host, options, job, error))
         return fail(error);
     QJsonArray ports;
-    for (const IPCPRI::Generate::CorePort &port : IPCPRI::Generate::corePorts(job.record)) {
-        const bool output = port.direction == IPCPRI::Generate::CorePort::Output;
+    for (const IPCPRI::CorePort &port : IPCPRI::corePorts(job.record)) {
+        const bool output = port.direction == IPCPRI::CorePort::Output;
         ports.append(QJsonObject{
             {QStringLiteral("name"), port.name},
             {QStringLiteral("direction"), output ? QStringLiteral("output") : QStringLiteral("input")},

@@ -1,6 +1,6 @@
 #include "instantiation.h"
 
-#include <generate/coreports.h>
+#include <dialog/coreports.h>
 #include <ipserdes/namerules.h>
 
 #include <QStringList>
@@ -10,7 +10,7 @@ namespace CpriHost {
 namespace {
 
 namespace Key = IPCPRI::Config::Key;
-using IPCPRI::Generate::CorePort;
+using IPCPRI::CorePort;
 
 // A bus's bit range and the blank after it; nothing for a single bit.
 QString rangeText(int width)
@@ -29,7 +29,7 @@ QString verilogIdentifier(const QString &name)
 
 QString instantiationTemplate(const IPCPRI::ConfigMap &record)
 {
-    const QVector<CorePort> ports = IPCPRI::Generate::corePorts(record);
+    const QVector<CorePort> ports = IPCPRI::corePorts(record);
     QString text;
     for (const CorePort &port : ports)
         text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width), port.name);

@@ -4,7 +4,7 @@
 
 #include "dialogfixture.h"
 
-#include <generate/coreports.h>
+#include <dialog/coreports.h>
 
 namespace {
 
@@ -123,9 +123,9 @@ private slots:
         QStringList shown, listed;
         for (const Utils::PinFigure &pin : s.d->figurePins())
             shown << pin.name + (pin.direction == 1 ? " out" : " in");
-        for (const IPCPRI::Generate::CorePort &port : IPCPRI::Generate::corePorts(s.record))
+        for (const IPCPRI::CorePort &port : IPCPRI::corePorts(s.record))
             listed << port.name + (port.width > 1 ? QString("[%1:0]").arg(port.width - 1) : "")
-                          + (port.direction == IPCPRI::Generate::CorePort::Output ? " out" : " in");
+                          + (port.direction == IPCPRI::CorePort::Output ? " out" : " in");
         QCOMPARE(listed, shown);
         QCOMPARE(shown.size(), count);
     }

@@ -59,7 +59,7 @@ QString PinFigureView::title() const
 
 QString PinFigureView::defaultTitle()
 {
-    return QStringLiteral("cpri");
+    return QStringLiteral("module");
 }
 
 QStringList PinFigureView::inputNames() const

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "../config/configkeys.h"
-#include "../dialog/portfigure.h"
+#include "portfigure.h"
 
 #include <QVector>
 
 namespace IPCPRI {
-namespace Generate {
 
 // One port of the generated core as its top level declares it.
 struct CorePort
@@ -30,5 +29,4 @@ QVector<CorePort> corePorts(const ConfigMap &record);
 // "iq_tx_data_i".
 CorePort corePort(const Utils::PinFigure &pin);
 
-} // namespace Generate
 } // namespace IPCPRI

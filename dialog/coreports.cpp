@@ -5,7 +5,6 @@
 #include <algorithm>
 
 namespace IPCPRI {
-namespace Generate {
 
 namespace {
 
@@ -60,7 +59,6 @@ int rangeWidth(const QString &name, int open)
     return name.midRef(open + 1, name.indexOf(QLatin1Char(':'), open) - open - 1).toInt() + 1;
 }
 
-// "[h:0] " for a bus, nothing for a single bit.
 } // namespace
 
 FigureChoices figureChoices(const ConfigMap &record)
@@ -96,5 +94,4 @@ QVector<CorePort> corePorts(const ConfigMap &record)
     return ports;
 }
 
-} // namespace Generate
 } // namespace IPCPRI
