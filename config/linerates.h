@@ -23,12 +23,16 @@ enum RateIndex {
     NoRateIndex = -1,
 };
 
+// Which devices offer a rate's check box when a dialog opens.
+enum class OfferedOn { NoDevice, EveryGrade, TopGrade };
+
 // One row of the rate table. A reserved row has no key and rate 0.0.
 struct RateRow
 {
     double gbps;
     QString key; // record key of the rate's check box
     bool inRateList; // false only for the last reserved row, which is in the mask alone
+    OfferedOn offeredOn;
 
     bool reserved() const { return key.isEmpty(); }
 };

@@ -24,6 +24,19 @@ SpeedState speedState(const QVector<bool> &on)
     return state;
 }
 
+bool rateOfferedAtStart(int rateIndex, const QString &grade)
+{
+    switch (rateRows().at(rateIndex).offeredOn) {
+    case OfferedOn::EveryGrade:
+        return true;
+    case OfferedOn::TopGrade:
+        return grade == TopGrade;
+    case OfferedOn::NoDevice:
+        break;
+    }
+    return false;
+}
+
 const QVector<SpeedClass> &speedClasses()
 {
     static const QVector<SpeedClass> classes = {

@@ -39,6 +39,17 @@ const QVector<SpeedClass> &speedClasses();
 // The grade text of devices that run the two highest rates.
 inline const QString TopGrade = QStringLiteral("C2/I1");
 
+// Whether the box of a rate row is enabled when a dialog opens on a device
+// of the grade, before any speed class is chosen.
+bool rateOfferedAtStart(int rateIndex, const QString &grade);
+
+// The rates coded 64B/66B: checking one offers the choice of where the
+// coding runs, on the devices of the two families.
+inline const QVector<int> Coded64b66bRates = {Rate811008Index, Rate101376Index,
+                                              Rate1216512Index};
+// The rates that carry real-time vendor data.
+inline const QVector<int> RealTimeVendorRates = {Rate101376Index, Rate1216512Index};
+
 // The rate a class change moves a withdrawn check to.
 inline constexpr int FallbackRateIndex = Rate12288Index;
 

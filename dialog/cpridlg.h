@@ -9,6 +9,12 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <QVector>
+
+QT_BEGIN_NAMESPACE
+class QAbstractButton;
+class QCheckBox;
+QT_END_NAMESPACE
 
 namespace IPSERDESIP { class generator; }
 
@@ -22,6 +28,11 @@ class opt_config;
 // The CPRI core's configuration dialog: four tabs on the host's dialog
 // frame. It writes the collected configuration into the protocol
 // object's record, which it does not own.
+//
+// Its implementation is split by concern: set-up and wiring (cpridlg.cpp),
+// the rules that run while the user edits (cpridlgrules.cpp), collecting,
+// calculating and accepting (cpridlgaccept.cpp) and loading a stored
+// record (cpridlgload.cpp).
 class cpridlg : public IPSERDESIP::protocolGenDlg
 {
     Q_OBJECT
@@ -32,6 +43,13 @@ public:
 
     void initDialog() override;
     bool loadConfiguration(const QMap<QString, QVariant> &config) override;
+
+    // The decision about the quad's shared bias, as biasFlag holds it.
+    enum BiasDecision {
+        BiasUndecided = 0,
+        BiasForWholeQuad = 1, // the bias chosen here applies to every core of the quad
+        BiasDeclined = 2,
+    };
 
 public slots:
     void accept() override;
@@ -58,6 +76,9 @@ private slots:
 private:
     friend class CpriDialogProbe; // lets tests look at the dialog's state
 
+    // A widget that holds one key of the record, one to one.
+    struct FieldBinding;
+
     void connectSignals();
     void applyConfiguration(const QMap<QString, QVariant> &config);
     bool collectConfiguration();
@@ -66,6 +87,12 @@ private:
     void promptQuadBias();
     bool checkRefClockAccess();
     void showErrorBox(const QString &text);
+
+    QVector<FieldBinding> fieldBindings() const;
+    // The rate boxes by rate row (null for the reserved rows), and the
+    // speed class boxes in the order of the class table.
+    QVector<QCheckBox *> rateBoxes() const;
+    QVector<QCheckBox *> speedClassBoxes() const;
 
     core_config *coreUi;
     phy_config *phyUi;

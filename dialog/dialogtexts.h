@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace IPCPRI {
 namespace Texts {
@@ -33,7 +34,18 @@ inline const QString BiasQuestion =
 inline const QString IncompatibleVersion = QStringLiteral(
     "This version of specified IP Config file is incompatible with current IP Core Generator.");
 inline const QString ListSeparator = QStringLiteral(", ");
+
+// The line rate a stored record without one loads, until the rate boxes are read.
+inline const QString LoadedLineRate = QStringLiteral("4.9152");
 inline const QString HexConversionFailed = QStringLiteral("trans false");
+
+// The failure a calculation reports when the transceiver generator refuses
+// the settings: its own error lines, or the line-rate message without any.
+inline QString calculationFailure(const QStringList &generatorErrors)
+{
+    return generatorErrors.isEmpty() ? LineRateUnreachable
+                                     : generatorErrors.join(QLatin1Char('\n'));
+}
 
 // Images of the host's message boxes.
 inline const QString ModuleImage = QStringLiteral(":/image/module.png");

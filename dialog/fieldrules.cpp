@@ -68,5 +68,20 @@ int ffeC0(int cm, int c1)
     return FfeTapSum - cm - c1;
 }
 
+bool ffeC0Accepted(int c0)
+{
+    return c0 > FfeMinimumC0;
+}
+
+int autoAttenuation()
+{
+    return Config::initialValue(Key::Att).toInt();
+}
+
+int autoBoost()
+{
+    return Config::initialValue(Key::Boost).toInt();
+}
+
 } // namespace FieldRules
 } // namespace IPCPRI

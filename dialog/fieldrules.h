@@ -24,6 +24,20 @@ QString hdlcRate(const QString &text);                         // 0..7
 inline constexpr int FfeTapSum = 40;
 inline constexpr int FfeMinimumC0 = 20;
 int ffeC0(int cm, int c1);
+bool ffeC0Accepted(int c0);
+
+// What the spin boxes of the AFE tab hold: the FFE taps, the receiver's
+// attenuation and boost and the quad bias, each from 0.
+inline constexpr int FfeTapMaximum = 19;
+inline constexpr int AttenuationMaximum = 10;
+inline constexpr int BoostMaximum = 15;
+inline constexpr int BiasMaximum = 15;
+
+// The values "Auto" mode holds: taps at 0, attenuation and boost at the
+// values a new core starts with.
+inline constexpr int AutoFfeTap = 0;
+int autoAttenuation();
+int autoBoost();
 
 // The quad receiver bias when neither the project nor the dialog has one.
 inline constexpr int DefaultBias = 7;

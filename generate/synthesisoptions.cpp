@@ -1,6 +1,7 @@
 #include "synthesisoptions.h"
 
 #include "generationnames.h"
+#include "../serdes/lanesettings.h"
 #include "../serdes/resourcenames.h"
 
 #include <ipserdes/serdes.h>
@@ -82,6 +83,16 @@ QStringList synthesisOptions(const ConfigMap &record)
         lines << pattern.arg(module, anyPort);
     lines << DrpPortsOption.arg(module, boolText(record.value(Key::DrpPorts).toBool()));
     return lines;
+}
+
+QStringList settingLines(const ConfigMap &record, const QString &partName)
+{
+    QStringList lines;
+    if (const Serdes::Lane *lane =
+            Serdes::laneByDisplayName(record.value(Key::ChannelSelection).toString()))
+        Serdes::appendLaneSettings(lines, lane->prefix, lane->quadPrefix,
+                                   Serdes::laneInputFromRecord(record, partName));
+    return lines + referenceClockLines(record);
 }
 
 QStringList referenceClockLines(const ConfigMap &record)

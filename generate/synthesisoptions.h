@@ -10,6 +10,11 @@ namespace Generate {
 // The synthesis option lines of a core, each "-<module><option> <value>".
 QStringList synthesisOptions(const ConfigMap &record);
 
+// A stored record's settings lines as generation starts its list: the
+// lane's own lines (none for a lane outside the table), then the reference
+// clock's line. The part name decides the device family.
+QStringList settingLines(const ConfigMap &record, const QString &partName);
+
 // The settings lines generation adds after the lane's own lines.
 // The frequency line of the configured reference clock, if it has one.
 QStringList referenceClockLines(const ConfigMap &record);

@@ -66,10 +66,7 @@ bool cpri::generate(const ConfigMap &record, QStringList &serdesSettings,
     if (record.isEmpty())
         return false;
     config = record;
-    if (const Serdes::Lane *lane =
-            Serdes::laneByDisplayName(record.value(Key::ChannelSelection).toString()))
-        appendLaneSettings(serdesSettings, lane->prefix, lane->quadPrefix);
-    serdesSettings << Generate::referenceClockLines(record);
+    serdesSettings << Generate::settingLines(config, targetDevice.device());
     IPSERDESIP::serdes::instance()->setGlobalResetEnableParam(serdesSettings);
     synthesisOptions << Generate::synthesisOptions(record);
     serdesSettings << Generate::quadBiasLines(record);

@@ -30,8 +30,9 @@ const QString RxAtt = QStringLiteral("%1_rx_att %2");
 const QString RxBoost = QStringLiteral("%1_rx_boost %2");
 } // namespace Line
 
-// Encoding, word alignment and data width lines, by device family and rate.
-const QStringList &encodingLines(bool listedDevice, bool above98304, bool fabric)
+// Encoding, word alignment and data width lines, by device family and line
+// coding. The families' parts have separate transmit and receive encoders.
+const QStringList &encodingLines(bool inKnownFamily, bool coded64b66b, bool fabric)
 {
     static const QStringList listedFabric = {
         QStringLiteral("%1_tx_encode off"),          QStringLiteral("%1_rx_decode off"),
@@ -57,9 +58,9 @@ const QStringList &encodingLines(bool listedDevice, bool above98304, bool fabric
         QStringLiteral("%1_8b10b_encode enable"),    QStringLiteral("%1_8b10b_decode enable"),
         QStringLiteral("%1_word_align enable"),      QStringLiteral("%1_pma_width_mode 20"),
     };
-    if (!listedDevice)
-        return above98304 ? otherAbove : otherUpTo;
-    if (!above98304)
+    if (!inKnownFamily)
+        return coded64b66b ? otherAbove : otherUpTo;
+    if (!coded64b66b)
         return listed8b10b;
     return fabric ? listedFabric : listed64b66b;
 }
@@ -99,7 +100,7 @@ LaneSettingsInput laneInputFromRecord(const ConfigMap &record, const QString &pa
     in.equalizationMode = valueOr(record, Key::EqualizationMode).toString();
     in.att = valueOr(record, Key::Att).toInt();
     in.boost = valueOr(record, Key::Boost).toInt();
-    in.listedDevice = inFamily(BothFamilies, partName);
+    in.inKnownFamily = inFamily(BothFamilies, partName);
     return in;
 }
 
@@ -111,9 +112,10 @@ void appendLaneSettings(QStringList &settings, const QString &lanePrefix,
              << Line::LoopbackMode.arg(p, in.loopback.toLower())
              << Line::Enable.arg(p)
              << Line::Enable.arg(quadPrefix);
-    const bool above98304 = in.rateIndex > Config::Rate98304Index;
-    for (const QString &line :
-         encodingLines(in.listedDevice, above98304, in.placement64b66b == Config::FabricPlacement))
+    // The rates after 9.8304 Gbps in the rate list are the 64B/66B-coded ones.
+    const bool coded64b66b = in.rateIndex > Config::Rate98304Index;
+    for (const QString &line : encodingLines(in.inKnownFamily, coded64b66b,
+                                             in.placement64b66b == Config::FabricPlacement))
         settings << line.arg(p);
     const int ratio = gearbox(in.rateIndex);
     const QString rate = Config::withoutUnit(in.lineRate);

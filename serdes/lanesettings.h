@@ -27,7 +27,7 @@ struct LaneSettingsInput
     QString equalizationMode;
     int att = 0;
     int boost = 0;
-    bool listedDevice = false; // the part belongs to one of the two device families
+    bool inKnownFamily = false; // the part belongs to one of the two device families
 };
 
 // The inputs as generation reads them from a stored record.

@@ -1,5 +1,7 @@
 #include "resourcenames.h"
 
+#include <ipserdes/serdesfunctions.h>
+
 #include <algorithm>
 
 namespace IPCPRI {
@@ -130,15 +132,34 @@ const QVector<QuadBias> &quadBiases()
     return table;
 }
 
+const QuadBias *quadOfLane(const QString &laneDisplayName)
+{
+    const QVector<QuadBias> &quads = quadBiases();
+    const auto it = std::find_if(quads.cbegin(), quads.cend(), [&](const QuadBias &quad) {
+        return laneDisplayName.startsWith(quad.quadName);
+    });
+    return it == quads.cend() ? nullptr : &*it;
+}
+
 QStringList biasLines(const QString &laneDisplayName,
                       const std::function<int(const QuadBias &)> &valueOf)
 {
-    QStringList lines;
-    for (const QuadBias &bias : quadBiases()) {
-        if (laneDisplayName.startsWith(bias.quadName))
-            lines << bias.settingLine.arg(valueOf(bias));
+    const QuadBias *quad = quadOfLane(laneDisplayName);
+    return quad ? QStringList{quad->settingLine.arg(valueOf(*quad))} : QStringList{};
+}
+
+Route route(const QString &laneDisplayName, const QString &pllDisplayName,
+            const QString &refDisplayName, const QString &frequencyText)
+{
+    Route r;
+    if (const Lane *lane = laneByDisplayName(laneDisplayName)) {
+        r.lanes << lane->key;
+        if (const std::optional<QString> pll = pllKey(*lane, pllDisplayName))
+            r.plls << *pll;
     }
-    return lines;
+    r.refClocks << IPSERDESIP::FromRefOptionToRef(refDisplayName);
+    r.refFrequencies << frequencyText;
+    return r;
 }
 
 } // namespace Serdes

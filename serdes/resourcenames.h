@@ -79,10 +79,27 @@ struct QuadBias
     QString settingLine;  // "q0_rx_eq_bias %1"
 };
 const QVector<QuadBias> &quadBiases();
-// The bias lines for a lane display name: one per quad whose name starts
-// it, quad 0 first, each with the value valueOf gives for that quad.
+// The quad of a lane: the one whose name starts the lane display name
+// ("Q1 Lane2" -> Q1), or null for a text that starts with neither.
+const QuadBias *quadOfLane(const QString &laneDisplayName);
+// The bias line for a lane display name, with the value valueOf gives for
+// its quad; none for a text outside both quads.
 QStringList biasLines(const QString &laneDisplayName,
                       const std::function<int(const QuadBias &)> &valueOf);
+
+// What the registry's route check is given for one core, in its argument
+// order: the lane key, the PLL key, the reference clock's routing name and
+// frequency text. A lane outside the table gives neither a lane nor a PLL
+// key; a PLL name other than the three gives no PLL key.
+struct Route
+{
+    QStringList lanes;
+    QStringList plls;
+    QStringList refClocks;
+    QStringList refFrequencies;
+};
+Route route(const QString &laneDisplayName, const QString &pllDisplayName,
+            const QString &refDisplayName, const QString &frequencyText);
 
 } // namespace Serdes
 } // namespace IPCPRI

@@ -4,7 +4,6 @@
 #include "../config/linerates.h"
 
 #include <ipserdes/message.h>
-#include <ipserdes/serdesfunctions.h>
 
 namespace IPCPRI {
 namespace Serdes {
@@ -24,15 +23,14 @@ IPSERDESIP::Message *resourceRecord(const QString &coreName, const ConfigMap &re
     message->instanceName = file + InstanceSeparator + module;
     message->moduleValue = module;
     message->fileValue = file;
-    if (const Lane *lane = laneByDisplayName(record.value(Key::ChannelSelection).toString())) {
-        message->laneList << lane->key;
-        if (const std::optional<QString> pll =
-                pllKey(*lane, record.value(Key::PllSelection).toString()))
-            message->pllList << *pll;
-    }
-    message->refClockList
-        << IPSERDESIP::FromRefOptionToRef(record.value(Key::RefClkSource).toString());
-    message->refFreqList << record.value(Key::RefClkFrequency).toString();
+    const Route used = route(record.value(Key::ChannelSelection).toString(),
+                             record.value(Key::PllSelection).toString(),
+                             record.value(Key::RefClkSource).toString(),
+                             record.value(Key::RefClkFrequency).toString());
+    message->laneList = used.lanes;
+    message->pllList = used.plls;
+    message->refClockList = used.refClocks;
+    message->refFreqList = used.refFrequencies;
     message->lineRates << Config::withoutUnit(record.value(Key::LineRate).toString());
     message->auxList1 << UnusedEntry;
     message->auxList2 << UnusedEntry;

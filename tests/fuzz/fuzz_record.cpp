@@ -12,7 +12,6 @@
 #include <generate/synthesisoptions.h>
 #include <ipserdes/generator.h>
 #include <ipserdes/message.h>
-#include <serdes/lanesettings.h>
 #include <serdes/resourcenames.h>
 #include <serdes/resourcerecord.h>
 
@@ -30,12 +29,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         return 0;
     const QString part = Core::IdeCore::deviceDataBase()
                              ->findDevice(record.value(Config::Key::TargetDevice).toString()).device();
-    QStringList settings, lanes;
+    QStringList lanes;
     for (const Serdes::Lane &lane : Serdes::lanes())
         lanes << lane.displayName;
-    if (const Serdes::Lane *lane = Serdes::laneByDisplayName(record.value(Config::Key::ChannelSelection).toString()))
-        Serdes::appendLaneSettings(settings, lane->prefix, lane->quadPrefix, Serdes::laneInputFromRecord(record, part));
-    settings << Generate::referenceClockLines(record);
+    const QStringList settings = Generate::settingLines(record, part);
     const QStringList defines = Generate::topDefines(record) + Generate::coreDefines(record);
     const QStringList lines = defines + Generate::synthesisOptions(record) + settings;
     delete Serdes::resourceRecord(QStringLiteral("cpri"), record);
