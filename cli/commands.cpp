@@ -161,8 +161,7 @@ bool checkJob(PluginHost &host, const Options &options, Job &job, QString &error
     if (!deviceOfRecord(job.record, job.device, error)
         || !prepareProject(host, options, job.device, error))
         return false;
-    const QString problem = RecordRules(registry()->notOccupiedLanes(), job.device.device())
-                                .problem(job.record);
+    const QString problem = RecordRules(*host.protocol(), host.descriptor()).problem(job.record);
     if (!problem.isEmpty())
         error = QStringLiteral("%1: %2").arg(job.path, problem);
     return problem.isEmpty();
@@ -370,11 +369,11 @@ int runGenerate(PluginHost &host, const Options &options)
 
 int runResources(PluginHost &host, const Options &options)
 {
-    QMap<QString, QVariant> record;
+    Job job;
     QString error;
-    if (!readRecordArgument(options, record, error))
+    if (!readCheckedRecord(host, options, job, error))
         return fail(error);
-    std::unique_ptr<IPSERDESIP::Message> resources(host.protocol()->checkResources(record));
+    std::unique_ptr<IPSERDESIP::Message> resources(host.protocol()->checkResources(job.record));
     print(QJsonDocument(resourcesToJson(*resources)));
     return Success;
 }

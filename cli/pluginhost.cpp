@@ -1,5 +1,8 @@
 #include "pluginhost.h"
 
+#include <config/descriptorkeys.h>
+
+#include <ipcore/ipcorefunctions.h>
 #include <ipserdes/baseprotocol.h>
 #include <ipserdes/protocolpackage.h>
 
@@ -30,6 +33,8 @@ bool PluginHost::load()
         return false;
     }
     m_packageDir = QFileInfo(m_loader.fileName()).absolutePath();
+    m_descriptor = IPCore::processIPInfoSpec(m_packageDir + QLatin1Char('/')
+                                             + IPCPRI::Descriptor::FileName);
     package->packageDir = m_packageDir;
     const QList<IPSERDESIP::BaseProtocol *> protocols = package->protocols();
     if (protocols.isEmpty()) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QMap>
 #include <QPluginLoader>
+#include <QVariant>
 #include <QString>
 
 #include <memory>
@@ -22,6 +24,8 @@ public:
     bool load();
     QString errorString() const { return m_error; }
     QString packageDir() const { return m_packageDir; }
+    // The core's descriptor as the package folder holds it.
+    QMap<QString, QVariant> descriptor() const { return m_descriptor; }
     IPSERDESIP::BaseProtocol *protocol() const { return m_protocol.get(); }
 
     // The plug-in path used when none is given: beside this program's
@@ -32,6 +36,7 @@ private:
     QPluginLoader m_loader;
     QString m_packageDir;
     QString m_error;
+    QMap<QString, QVariant> m_descriptor;
     std::unique_ptr<IPSERDESIP::BaseProtocol> m_protocol;
 };
 

@@ -93,7 +93,7 @@ bool readObject(const QString &path, QJsonObject &object, QString &error)
 
 } // namespace
 
-bool Project::read(const QString &path, QString &error)
+bool Project::read(PluginHost &host, const QString &path, QString &error)
 {
     QJsonObject object;
     if (!readObject(path, object, error))
@@ -118,8 +118,9 @@ bool Project::read(const QString &path, QString &error)
         error = QStringLiteral("%1: \"cores\" must list the project's cores").arg(path);
         return false;
     }
+    prepare();
     for (int i = 0; i < entries.size(); ++i) {
-        if (!readCore(path, entries.at(i), i + 1, error))
+        if (!readCore(host, path, entries.at(i), i + 1, error))
             return false;
     }
     return true;
@@ -127,8 +128,8 @@ bool Project::read(const QString &path, QString &error)
 
 // A core is a record file's path, a record, or an object with "record" (a
 // path or a record) and the "quadBias" its dialog published for its quad.
-bool Project::readCore(const QString &projectPath, const QJsonValue &entry, int number,
-                       QString &error)
+bool Project::readCore(PluginHost &host, const QString &projectPath, const QJsonValue &entry,
+                       int number, QString &error)
 {
     Core core;
     core.label = QStringLiteral("core %1").arg(number);
@@ -166,7 +167,7 @@ bool Project::readCore(const QString &projectPath, const QJsonValue &entry, int 
         return false;
     }
     core.record.insert(Key::TargetDevice, device.id());
-    const QString problem = RecordRules(device.lanes(), device.device()).problem(core.record);
+    const QString problem = RecordRules(*host.protocol(), host.descriptor()).problem(core.record);
     if (!problem.isEmpty()) {
         error = QStringLiteral("%1: %2").arg(core.source, problem);
         return false;
@@ -265,7 +266,7 @@ int runProject(PluginHost &host, const Options &options)
     }
     Project project;
     QString error;
-    if (!project.read(options.arguments.first(), error)) {
+    if (!project.read(host, options.arguments.first(), error)) {
         warn(error);
         return BadInput;
     }

@@ -46,7 +46,9 @@ public:
     };
 
     // False with error set when the file or one of its records is unusable.
-    bool read(const QString &path, QString &error);
+    // The cores' records are checked in a registry that holds the project's
+    // device and shared values only.
+    bool read(PluginHost &host, const QString &path, QString &error);
     // A registry holding the device, working directory and shared values only.
     void prepare() const;
     // Places a core after those before it; false with the conflict that refuses it.
@@ -60,7 +62,8 @@ public:
     QVector<Core> cores;
 
 private:
-    bool readCore(const QString &projectPath, const QJsonValue &entry, int number, QString &error);
+    bool readCore(PluginHost &host, const QString &projectPath, const QJsonValue &entry,
+                  int number, QString &error);
     bool claimBias(const Core &core, IPSERDESIP::Conflict &conflict);
 };
 

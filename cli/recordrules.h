@@ -1,42 +1,39 @@
 #pragma once
 
+#include <dialog/recordcheck.h>
+
 #include <QMap>
 #include <QString>
-#include <QStringList>
 #include <QVariant>
-#include <QVector>
+
+namespace IPSERDESIP { class BaseProtocol; }
 
 namespace CpriHost {
 
-// What a record must hold before its core is generated: the values the
-// core's dialog would have written for it. Every text is free of control
-// characters, the file and module names pass the dialog frame's name rules,
-// each choice is one the dialog offers, and the fields the dialog keeps in
-// range (configuration clock, hexadecimal presets, speed mask) hold what
-// the dialog would keep. The reference frequency reaches only its setting
-// line, as a number, where the generator's check of setting lines judges it.
+// What a record must be before its core is generated: one the core's dialog
+// would have written. No text holds a control character; the record's
+// device is one the core supports; the file and module names pass the
+// dialog frame's name rules; and the core's dialog, opened on the record
+// for its device in the project the registry holds and accepted untouched,
+// hands back the same record, key for key (IPCPRI::RecordCheck).
 class RecordRules
 {
 public:
-    // The lanes the dialog offers (the registry's free lanes) and the part
-    // name of the record's device (empty for none), which decides the
-    // reference-clock sources offered.
-    RecordRules(const QStringList &offeredLanes, const QString &partName);
+    // The protocol says which devices the core supports; the descriptor
+    // gives the frame's default file and module names.
+    RecordRules(IPSERDESIP::BaseProtocol &protocol, const QMap<QString, QVariant> &descriptor);
 
     // Why the record may not be generated, in one line, or an empty text.
     QString problem(const QMap<QString, QVariant> &record) const;
 
-    // The values the dialog offers for a key it fills from a list; empty
-    // for any other key.
-    QStringList offered(const QString &key) const;
+    // What the host's dialog frame holds once it has opened a record: its
+    // device (the project's when the record names none), names, language
+    // and synthesis tool, as the frame keeps them.
+    IPCPRI::RecordCheck::Frame frameFor(const QMap<QString, QVariant> &record) const;
 
 private:
-    struct Choice;
-    QVector<Choice> choices() const;
-    QString choiceProblem(const QMap<QString, QVariant> &record) const;
-
-    QStringList m_lanes;
-    QString m_partName;
+    IPSERDESIP::BaseProtocol &m_protocol;
+    QMap<QString, QVariant> m_descriptor;
 };
 
 } // namespace CpriHost

@@ -10,11 +10,6 @@ namespace IPCPRI {
 
 using namespace DialogWidgets;
 
-QVariant cpridlg::FieldBinding::loaded() const
-{
-    return loadDefault.isValid() ? loadDefault : Config::initialValue(key);
-}
-
 void cpridlg::FieldBinding::write(const QVariant &value) const
 {
     switch (kind) {

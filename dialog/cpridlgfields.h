@@ -27,11 +27,8 @@ struct cpridlg::FieldBinding
     QString key;
     QWidget *widget;
     Kind kind;
-    QVariant loadDefault = QVariant();  // loaded for a missing key; invalid: the initial value
     const QGroupBox *shownBy = nullptr; // collected only while this group is shown and enabled
 
-    // What loading puts in when the record has no value.
-    QVariant loaded() const;
     void write(const QVariant &value) const;
     // Whether collecting writes the key, and what it writes.
     bool collected() const;

@@ -6,6 +6,7 @@
 
 #include "dialogtexts.h"
 #include "dialogwidgets.h"
+#include "loaddefaults.h"
 #include "forms/tabforms.h"
 #include "../config/linerates.h"
 #include "../config/speedrules.h"
@@ -37,13 +38,8 @@ QVector<cpridlg::FieldBinding> cpridlg::fieldBindings() const
         if (rates.at(i))
             rows.append({Config::rateRows().at(i).key, rates.at(i), Kind::EnabledBox});
     }
-    // A record without the key leaves the form's Master checked: the pair's
-    // buttons are disabled, so the record says false either way.
-    const QVariant keepMaster(true);
-    // A record without a preset leaves its field empty; the mask shows zeros.
-    const QVariant empty(QString{});
     rows += {
-        {Key::Master, coreUi->Master, Kind::EnabledBox, keepMaster},
+        {Key::Master, coreUi->Master, Kind::EnabledBox},
         {Key::Slave, coreUi->Slave, Kind::EnabledBox},
         {Key::Mii, coreUi->MII, Kind::EnabledBox},
         {Key::Gmii, coreUi->GMII, Kind::EnabledBox},
@@ -52,19 +48,18 @@ QVector<cpridlg::FieldBinding> cpridlg::fieldBindings() const
         {Key::RealTimeVendor, coreUi->RealTimeVendor, Kind::EnabledBox},
         {Key::ProtocolVersion1, coreUi->ProtocolVersion1, Kind::EnabledBox},
         {Key::ProtocolVersion2, coreUi->ProtocolVersion2, Kind::EnabledBox},
-        {Key::EthernetPointer, coreUi->EthernetPointer, Kind::MaskedText, empty},
-        {Key::HdlcRate, coreUi->HDLCRate, Kind::MaskedText, empty},
-        {Key::HdlcByte, coreUi->HDLCByte, Kind::MaskedText, empty},
-        {Key::HdlcMask, coreUi->HDLCMask, Kind::MaskedText, empty},
-        {Key::ScramblerSeed, coreUi->ScramblerSeed, Kind::MaskedText, empty},
+        {Key::EthernetPointer, coreUi->EthernetPointer, Kind::MaskedText},
+        {Key::HdlcRate, coreUi->HDLCRate, Kind::MaskedText},
+        {Key::HdlcByte, coreUi->HDLCByte, Kind::MaskedText},
+        {Key::HdlcMask, coreUi->HDLCMask, Kind::MaskedText},
+        {Key::ScramblerSeed, coreUi->ScramblerSeed, Kind::MaskedText},
         {Key::ChannelSelection, phyUi->ChannelSel, Kind::ChoiceIfOffered},
-        {Key::LineRate, phyUi->lineRate, Kind::Text, Texts::LoadedLineRate},
+        {Key::LineRate, phyUi->lineRate, Kind::Text},
         {Key::RefClkSource, phyUi->refClkSource, Kind::Choice},
         {Key::RefClkFrequency, phyUi->refClkFreq, Kind::Text},
-        // A missing PLL keeps the first one offered.
-        {Key::PllSelection, phyUi->PLL_Selection, Kind::ChoiceIfOffered, empty},
+        {Key::PllSelection, phyUi->PLL_Selection, Kind::ChoiceIfOffered},
         {Key::LoopbackMode, phyUi->LoopbackMode, Kind::Choice},
-        {Key::Mode64b66b, phyUi->comboBox64B_66B_Mode, Kind::Choice, QVariant(),
+        {Key::Mode64b66b, phyUi->comboBox64B_66B_Mode, Kind::Choice,
          phyUi->groupBoxEncodingAndDecoding},
         {Key::DifferentialSwing, afeUi->differeSwingComboBox, Kind::Choice},
         {Key::FfeMode, afeUi->ffeModeCombox, Kind::Choice},
@@ -105,7 +100,7 @@ void cpridlg::applyConfiguration(const QMap<QString, QVariant> &config)
     uiSetSynthesisTool(config.value(Key::SynthesisTool).toString());
     uiSetLanguageIndex(config.value(Key::Language, 0).toInt());
     for (const FieldBinding &field : fieldBindings()) {
-        const QVariant value = config.value(field.key, field.loaded());
+        const QVariant value = config.value(field.key, Loading::missingValue(field.key));
         if (field.kind != FieldBinding::Kind::BiasDecision) {
             field.write(value);
             continue;

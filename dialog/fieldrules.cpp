@@ -9,15 +9,19 @@ namespace {
 
 namespace Key = Config::Key;
 
+// The ranges the fields keep.
+constexpr int ConfigClockMinimum = 1;
+constexpr int ConfigClockMaximum = 150;
+constexpr double RefFrequencyMinimum = 50.0;
+constexpr double RefFrequencyMaximum = 500.0;
+constexpr qulonglong ScramblerSeedMaximum = 0x7FFFFFFF;
+constexpr qulonglong EthernetPointerMinimum = 0x14;
+constexpr qulonglong EthernetPointerMaximum = 0x3F;
+constexpr qulonglong HdlcRateMaximum = 0x7;
+
 QString initial(const QString &key)
 {
     return Config::initialValue(key).toString();
-}
-
-QString inRange(const QString &text, qulonglong value, qulonglong low, qulonglong high,
-                const QString &fallback)
-{
-    return value >= low && value <= high ? text : fallback;
 }
 
 QString hexInRange(const QString &text, qulonglong low, qulonglong high,
@@ -27,7 +31,18 @@ QString hexInRange(const QString &text, qulonglong low, qulonglong high,
     const qulonglong value = text.toULongLong(&ok, 16);
     if (converted)
         *converted = ok;
-    return ok ? inRange(text, value, low, high, fallback) : fallback;
+    return ok && value >= low && value <= high ? text : fallback;
+}
+
+QString decimalRange(double low, double high)
+{
+    return QStringLiteral("%1 to %2").arg(low).arg(high);
+}
+
+QString hexRange(qulonglong low, qulonglong high)
+{
+    return QStringLiteral("%1 to %2")
+        .arg(QString::number(low, 16).toUpper(), QString::number(high, 16).toUpper());
 }
 
 } // namespace
@@ -37,7 +52,9 @@ QString configClock(const QString &text)
     if (text.isEmpty())
         return initial(Key::ConfigClkPeriod);
     const int value = text.toInt(); // a text that does not convert counts as 0
-    return value >= 1 && value <= 150 ? text : initial(Key::ConfigClkPeriod);
+    return value >= ConfigClockMinimum && value <= ConfigClockMaximum
+               ? text
+               : initial(Key::ConfigClkPeriod);
 }
 
 QString referenceFrequency(const QString &text)
@@ -45,22 +62,41 @@ QString referenceFrequency(const QString &text)
     if (text.isEmpty())
         return initial(Key::RefClkFrequency);
     const double value = text.toDouble();
-    return value >= 50.0 && value <= 500.0 ? text : initial(Key::RefClkFrequency);
+    return value >= RefFrequencyMinimum && value <= RefFrequencyMaximum
+               ? text
+               : initial(Key::RefClkFrequency);
 }
 
 QString scramblerSeed(const QString &text, bool *converted)
 {
-    return hexInRange(text, 0x0, 0x7FFFFFFF, initial(Key::ScramblerSeed), converted);
+    return hexInRange(text, 0, ScramblerSeedMaximum, initial(Key::ScramblerSeed), converted);
 }
 
 QString ethernetPointer(const QString &text, bool *converted)
 {
-    return hexInRange(text, 0x14, 0x3F, initial(Key::EthernetPointer), converted);
+    return hexInRange(text, EthernetPointerMinimum, EthernetPointerMaximum,
+                      initial(Key::EthernetPointer), converted);
 }
 
 QString hdlcRate(const QString &text)
 {
-    return hexInRange(text, 0x0, 0x7, initial(Key::HdlcRate), nullptr);
+    return hexInRange(text, 0, HdlcRateMaximum, initial(Key::HdlcRate), nullptr);
+}
+
+const QVector<TextRule> &textRules()
+{
+    static const QVector<TextRule> rules = {
+        {Key::ConfigClkPeriod, configClock,
+         decimalRange(ConfigClockMinimum, ConfigClockMaximum)},
+        {Key::RefClkFrequency, referenceFrequency,
+         decimalRange(RefFrequencyMinimum, RefFrequencyMaximum)},
+        {Key::ScramblerSeed, [](const QString &t) { return scramblerSeed(t, nullptr); },
+         hexRange(0, ScramblerSeedMaximum)},
+        {Key::EthernetPointer, [](const QString &t) { return ethernetPointer(t, nullptr); },
+         hexRange(EthernetPointerMinimum, EthernetPointerMaximum)},
+        {Key::HdlcRate, hdlcRate, hexRange(0, HdlcRateMaximum)},
+    };
+    return rules;
 }
 
 int ffeC0(int cm, int c1)

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
+
+#include <functional>
 
 namespace IPCPRI {
 namespace FieldRules {
@@ -19,6 +22,15 @@ QString scramblerSeed(const QString &text, bool *converted);   // 0..7FFFFFFF
 QString ethernetPointer(const QString &text, bool *converted); // 14..3F
 QString hdlcRate(const QString &text);                         // 0..7
 
+// The rule of each text field the user leaves: the key the field holds,
+// what it keeps of a text, and the range it keeps, as a user reads it.
+struct TextRule
+{
+    QString key;
+    std::function<QString(const QString &)> keep;
+    QString range;
+};
+const QVector<TextRule> &textRules();
 
 // The FFE main tap: 40 less the pre- and post-cursor taps; it must stay above 20.
 inline constexpr int FfeTapSum = 40;

@@ -15,12 +15,12 @@
 #include <core/idecore.h>
 #include <dev/devicedb.h>
 #include <dialog/portfigure.h>
+#include <dialog/recordcheck.h>
 #include <generate/definefiles.h>
 #include <generate/generationnames.h>
 #include <generate/synthesisoptions.h>
 #include <ipcore/ipcorefunctions.h>
 #include <recordfile.h>
-#include <recordrules.h>
 #include <serdes/lanesettings.h>
 #include <serdes/resourcenames.h>
 
@@ -141,7 +141,7 @@ QString range(const Config::KeySpec &key)
     for (const Serdes::Lane &lane : Serdes::lanes())
         lanes << lane.displayName;
     if (key.key != Key::RefClkSource)
-        return codes(CpriHost::RecordRules(lanes, QString()).offered(key.key));
+        return codes(RecordCheck::offered(key.key, lanes, QString()));
     QStringList sources;
     for (const Serdes::RefClock &clock : Serdes::refClocks())
         sources << clock.displayName;

@@ -12,6 +12,8 @@
 #include <generate/synthesisoptions.h>
 #include <ipserdes/generator.h>
 #include <ipserdes/message.h>
+#include <ipserdes/serdes.h>
+#include <plugin/cpri.h>
 #include <serdes/resourcenames.h>
 #include <serdes/resourcerecord.h>
 
@@ -27,16 +29,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const auto json = QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
     if (!CpriHost::RecordFile::parse(json, QStringLiteral("input"), record, error))
         return 0;
-    const QString part = Core::IdeCore::deviceDataBase()
-                             ->findDevice(record.value(Config::Key::TargetDevice).toString()).device();
-    QStringList lanes;
-    for (const Serdes::Lane &lane : Serdes::lanes())
-        lanes << lane.displayName;
+    const DEV::DeviceArg device = Core::IdeCore::deviceDataBase()->findDevice(
+        record.value(Config::Key::TargetDevice).toString());
+    const QString part = device.device();
     const QStringList settings = Generate::settingLines(record, part);
     const QStringList defines = Generate::topDefines(record) + Generate::coreDefines(record);
     const QStringList lines = defines + Generate::synthesisOptions(record) + settings;
     delete Serdes::resourceRecord(QStringLiteral("cpri"), record);
-    if (!CpriHost::RecordRules(lanes, part).problem(record).isEmpty())
+    // The record is checked in a project of its device that holds nothing else.
+    static cpri protocol(QStringLiteral(CPRI_PACKAGE_DIR));
+    static const bool loaded = protocol.loadDescriptor();
+    IPSERDESIP::serdes::instance()->reset();
+    IPSERDESIP::serdes::instance()->setDevice(device);
+    if (!loaded || !CpriHost::RecordRules(protocol, protocol.descriptor()).problem(record).isEmpty())
         return 0;
     for (const QString &line : lines) {
         if (line.contains(QLatin1Char('\n')) || line.contains(QLatin1Char('\r')))
