@@ -91,12 +91,12 @@ QString RecordRules::problem(const QMap<QString, QVariant> &record) const
         return control;
     const IPCPRI::RecordCheck::Frame frame = frameFor(record);
     if (!m_protocol.isDeviceSupported(frame.device))
-        return QStringLiteral("\"%1\" is %2: the %3 core does not support the device")
+        return QStringLiteral("\"%1\" is %2: the %3 core does not support the part \"%4\"")
             .arg(Key::TargetDevice,
                  record.contains(Key::TargetDevice)
                      ? QLatin1Char('"') + record.value(Key::TargetDevice).toString() + QLatin1Char('"')
                      : QStringLiteral("missing"),
-                 m_protocol.name());
+                 m_protocol.name(), frame.device.device());
     const IPCPRI::RecordCheck::Finding found =
         IPCPRI::RecordCheck(m_protocol.id(), frame).check(record);
     return found.kind == IPCPRI::RecordCheck::Finding::Missing ? found.text + FixHint

@@ -198,6 +198,18 @@ const QStringList &maskedKeys()
     return keys;
 }
 
+// The largest value a spin box of the AFE tab takes; 0 for other keys.
+int spinMaximum(const QString &key)
+{
+    static const QMap<QString, int> maxima = {
+        {Key::FfeCm, FieldRules::FfeTapMaximum},
+        {Key::FfeC1, FieldRules::FfeTapMaximum},
+        {Key::Att, FieldRules::AttenuationMaximum},
+        {Key::Boost, FieldRules::BoostMaximum},
+    };
+    return maxima.value(key);
+}
+
 // The box an exclusive group ends with when its boxes are set in order: the
 // last set true, or none (-1).
 int lastSet(const ConfigMap &record, const QStringList &keys)
@@ -235,7 +247,7 @@ private:
     QStringList pllsFor(const QString &lineRate) const;
     QString chosenPll() const;
     QString choice(const QString &key) const;
-    int clamped(const QString &key, int maximum) const;
+    int clamped(const QString &key) const;
     bool encodingShown() const;
 
     const RecordCheck &m_check;
@@ -307,9 +319,10 @@ QString RecordCheck::Opened::choice(const QString &key) const
     return RecordCheck::offered(key, m_lanes, m_part).contains(text) ? text : QString();
 }
 
-int RecordCheck::Opened::clamped(const QString &key, int maximum) const
+// A spin box keeps a value within its range.
+int RecordCheck::Opened::clamped(const QString &key) const
 {
-    return std::clamp(loaded(key).toInt(), 0, maximum);
+    return std::clamp(loaded(key).toInt(), 0, spinMaximum(key));
 }
 
 // The encoding group follows the check of the 64B/66B rates on the devices
@@ -375,8 +388,8 @@ ConfigMap RecordCheck::Opened::collected() const
 
 void RecordCheck::Opened::collectAfe(ConfigMap &r) const
 {
-    const int cm = clamped(Key::FfeCm, FieldRules::FfeTapMaximum);
-    const int c1 = clamped(Key::FfeC1, FieldRules::FfeTapMaximum);
+    const int cm = clamped(Key::FfeCm);
+    const int c1 = clamped(Key::FfeC1);
     r.insert(Key::DifferentialSwing, choice(Key::DifferentialSwing));
     r.insert(Key::FfeMode, choice(Key::FfeMode));
     r.insert(Key::FfeCm, cm);
@@ -384,8 +397,8 @@ void RecordCheck::Opened::collectAfe(ConfigMap &r) const
     r.insert(Key::FfeC0, QString::number(FieldRules::ffeC0(cm, c1)));
     r.insert(Key::SdThreshold, choice(Key::SdThreshold));
     r.insert(Key::EqualizationMode, choice(Key::EqualizationMode));
-    r.insert(Key::Att, clamped(Key::Att, FieldRules::AttenuationMaximum));
-    r.insert(Key::Boost, clamped(Key::Boost, FieldRules::BoostMaximum));
+    r.insert(Key::Att, clamped(Key::Att));
+    r.insert(Key::Boost, clamped(Key::Boost));
 }
 
 // The checks of accepting, in the dialog's order.
@@ -404,15 +417,15 @@ Finding RecordCheck::Opened::refusal() const
     if (m_speed.highestIndex < 0 && m_rate >= 0)
         return refused(rateKeys().at(m_rate), subject(m_record, rateKeys().at(m_rate)),
                        Texts::EnableSpeed,
-                       QStringLiteral("no box of %1 is offered on a device of grade \"%2\"")
-                           .arg(Config::lineRateText(Config::rateRows().at(m_rate).gbps), grade));
+                       QStringLiteral("a device of grade \"%1\" does not offer %2")
+                           .arg(grade, Config::lineRateText(Config::rateRows().at(m_rate).gbps)));
     if (m_speed.highestIndex < 0)
         return refused(Key::LineRate, QStringLiteral("no rate is set"), Texts::EnableSpeed);
     if (m_class < 0)
         return refused(Key::SpeedSel3072, QStringLiteral("no speed class is set"),
                        Texts::SelectSpeedSelection);
-    const int cm = clamped(Key::FfeCm, FieldRules::FfeTapMaximum);
-    const int c1 = clamped(Key::FfeC1, FieldRules::FfeTapMaximum);
+    const int cm = clamped(Key::FfeCm);
+    const int c1 = clamped(Key::FfeC1);
     if (!FieldRules::ffeC0Accepted(FieldRules::ffeC0(cm, c1)))
         return refused(Key::FfeC0,
                        subject(m_record, Key::FfeCm) + QStringLiteral(" and ")
@@ -483,6 +496,8 @@ QString RecordCheck::Opened::reasonFor(const QString &key, const ConfigMap &writ
             .arg(Config::initialValue(key).toString().size());
     if (key == Key::FfeC0)
         return QStringLiteral("%1 - FFE_CM - FFE_C1").arg(FieldRules::FfeTapSum);
+    if (spinMaximum(key) > 0)
+        return QStringLiteral("it takes 0 to %1").arg(spinMaximum(key));
     if (key == Key::ChangedAllOfBias)
         return QStringLiteral("accepted untouched, its bias applies to the whole quad");
     return QString();
@@ -528,13 +543,19 @@ RecordCheck::Finding RecordCheck::firstChange(const ConfigMap &record, const Ope
     const QStringList speedKeys{Key::LineRate, Key::HighestSpeedIndex, Key::SpeedEnablesRecord};
     for (const Config::KeySpec &spec : Config::recordKeys()) {
         const QString &key = spec.key;
-        if (record.contains(key) == written.contains(key)
-            && sameValue(record.value(key), written.value(key)))
-            continue;
         // Every list offers something when some lane is free.
         const bool list = !offered(key, {QString()}, QString()).isEmpty();
-        if (unofferedOnly
-            && !(list && written.contains(key) && written.value(key).toString().isEmpty()))
+        const bool unoffered = list && written.contains(key) && written.value(key).toString().isEmpty();
+        if (!(unofferedOnly && unoffered) && record.contains(key) == written.contains(key)
+            && sameValue(record.value(key), written.value(key)))
+            continue;
+        // A list left without an item the dialog could never have written.
+        const bool kept = sameValue(record.value(key), written.value(key));
+        if (unofferedOnly && unoffered)
+            return finding(kept ? Finding::Kept : Finding::Changed, key,
+                           QStringLiteral("%1, which the dialog does not offer (%2)")
+                               .arg(subject(record, key), opened.reasonFor(key, written)));
+        if (unofferedOnly)
             continue;
         const QString writes = written.contains(key) ? QStringLiteral("the dialog writes ")
                                                            + shown(written.value(key))

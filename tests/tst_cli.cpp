@@ -135,7 +135,7 @@ void TestCli::generateTakesSeveralRecords()
     QVERIFY(results.size() == 2 && results[0]["record"_q] == b && results[1]["files"_q][0] == out + "/a/temp/cpri/top_define.vh"_q);
     QCOMPARE(read(out + "/b/temp/cpri/top_define.vh"_q), QByteArray("`define module_name m_b\n"));
     // One bad record, two on one core or on two devices, and no record is written.
-    const QString other = writeRecord(work.filePath("c.json"_q), R"({"file": "c", "target_device": "DVC-1-C2I1"})");
+    const QString other = writeRecord(work.filePath("c.json"_q), R"({"file": "c", "target_device": "DVC-1-C2I1", "64B_66B_Mode": "SerDes"})");
     const QString fresh = work.filePath("fresh"_q);
     for (const QStringList &records : {QStringList{a, bad}, QStringList{a, b, a}, QStringList{a, other}}) {
         const Result r = runHost(QStringList{"generate"_q} + records + QStringList{"--workdir"_q, fresh});
@@ -178,36 +178,56 @@ void TestCli::refusal_data()
     row("module with a line", changed(R"({"module": "a\n`include \"/etc/passwd\""})"), "\"module\" holds the control character U+000A");
     row("rate with a line", changed(R"({"Line_Rate": "9.83040Gbps\nq0_ln2_enable true"})"), "\"Line_Rate\" holds the control character U+000A");
     row("file with NUL", changed(R"({"file": "a\u0000b"})"), "\"file\" holds the control character U+0000");
-    row("seed with a directive", changed(R"({"Initial_Scrambler_Seed": "0 `include"})"), "does not keep (it would put \"00000000\")");
+    row("seed with a directive", changed(R"({"Initial_Scrambler_Seed": "0 `include"})"), "the dialog keeps 0 to 7FFFFFFF and puts \"00000000\" in its place");
     // Names as the dialog frame takes them.
     row("empty file name", changed(R"({"file": ""})"), "The file name is empty.");
     row("file name leaves the work dir", changed(R"({"file": "../x"})"), "must be a plain name");
     row("file name too long", changed("{\"file\": \"" + QByteArray(256, 'x') + "\"}"), "256 bytes long; a folder name holds at most 255");
-    row("no module", changed(R"({"module": null})"), "The module name is empty.");
+    row("no module", changed(R"({"module": null})"), "\"module\" is missing; the dialog writes \"cpri_top\"; cpri-host dialog --edit RECORD --accept --out FIXED writes the dialog's own record");
     row("module a keyword", changed(R"({"module": "always"})"), "is a reserved Verilog keyword");
-    // Choices the dialog does not offer.
-    row("rate not as written", changed(R"({"Line_Rate": "9.8304Gbps"})"), "\"Line_Rate\" is \"9.8304Gbps\", which the dialog does not offer");
+    // Values the dialog would write otherwise, choices it does not offer.
+    row("rate not as written", changed(R"({"Line_Rate": "9.8304Gbps"})"), "\"Line_Rate\" is \"9.8304Gbps\"; for the class 9.8304G_and_Under at 9.83040Gbps the dialog writes \"9.83040Gbps\"");
     row("lane not on the device", changed(R"({"Channel_Selection": "Q1 Lane0"})"), "(it offers Q0 Lane0, Q0 Lane1, Q0 Lane2, Q0 Lane3)");
     row("lane of another core", changed("{}"), "\"Channel_Selection\" is \"Q0 Lane1\"", "generate RECORD --occupy RECORD --workdir WORK");
     row("source not on the device", changed(R"({"Reference_CLK_Source": "MCLK"})"), "\"Reference_CLK_Source\" is \"MCLK\"");
     row("PLL in lower case", changed(R"({"PLL_Selection": "qpll0"})"), "\"PLL_Selection\" is \"qpll0\"");
-    row("no loopback mode", changed(R"({"Loopback_Mode": null})"), "\"Loopback_Mode\" is \"\"");
+    row("no loopback mode", changed(R"({"Loopback_Mode": null})"), "\"Loopback_Mode\" is missing; the dialog writes \"OFF\"");
     row("placement", changed(R"({"64B_66B_Mode": "serdes"})"), "\"64B_66B_Mode\" is \"serdes\"");
     row("FFE mode", changed(R"({"FFEMODE": "auto"})"), "\"FFEMODE\" is \"auto\"");
     row("equalization mode", changed(R"({"Equalization_Mode": ""})"), "\"Equalization_Mode\" is \"\", which the dialog does not offer (it offers Auto, Manual)");
     row("threshold", changed(R"({"SD_THRESHOLD": "101mV"})"), "\"SD_THRESHOLD\" is \"101mV\"");
     // Fields the dialog keeps in range.
-    row("clock not a number", changed(R"({"Config_Clk_Period": "nan"})"), "\"Config_Clk_Period\" is \"nan\", which the dialog does not keep (it would put \"50\")");
+    row("clock not a number", changed(R"({"Config_Clk_Period": "nan"})"), "\"Config_Clk_Period\" is \"nan\"; the dialog keeps 1 to 150 and puts \"50\" in its place");
     row("clock too fast", changed(R"({"Config_Clk_Period": "151"})"), "\"Config_Clk_Period\" is \"151\"");
     row("seed too high", changed(R"({"Initial_Scrambler_Seed": "80000000"})"), "\"Initial_Scrambler_Seed\" is \"80000000\"");
-    row("seed too short", changed(R"({"Initial_Scrambler_Seed": "1F"})"), "\"Initial_Scrambler_Seed\" is \"1F\"");
-    row("HDLC rate", changed(R"({"Initial_HDLC_Rate": "8"})"), "it would put \"2\"");
+    row("seed too short", changed(R"({"Initial_Scrambler_Seed": "1F"})"), "\"Initial_Scrambler_Seed\" is \"1F\"; the dialog writes \"1F000000\" (its field holds 8 hexadecimal digits)");
+    row("HDLC rate", changed(R"({"Initial_HDLC_Rate": "8"})"), "keeps 0 to 7 and puts \"2\"");
     row("HDLC mask", changed(R"({"Initial_HDLC_Mask": "0x00"})"), "\"Initial_HDLC_Mask\" is \"0x00\"");
-    row("Ethernet pointer", changed(R"({"Initial_Ethernet_Pointer": "13"})"), "it would put \"14\"");
+    row("Ethernet pointer", changed(R"({"Initial_Ethernet_Pointer": "13"})"), "keeps 14 to 3F and puts \"14\"");
     row("speed mask", changed(R"({"speedEnables_Record": "00000100000x"})"), "\"speedEnables_Record\"");
-    // The generator's check of the setting lines the plug-in made.
-    row("no frequency", changed(R"({"Reference_CLK_Frequency": "0"})"), "No reference clock frequency is set");
-    row("frequency not a number", changed(R"({"Reference_CLK_Frequency": "inf"})"), "Reference frequency \"inf\" of q0_refclk0_freq is not a number");
+    row("no frequency", changed(R"({"Reference_CLK_Frequency": "0"})"), "keeps 50 to 500 and puts \"122.880\"");
+    row("frequency not a number", changed(R"({"Reference_CLK_Frequency": "inf"})"), "\"Reference_CLK_Frequency\" is \"inf\"; the dialog keeps 50 to 500");
+    // Records edited by hand that the dialog would never have written.
+    row("stale rate index", changed(R"({"9.8304G_and_Under": false, "6.144G_and_Under": true, "9.8304Gbps": false, "6.144Gbps": true, "Line_Rate": "6.14400Gbps"})"),
+        "\"highest_SpeedIndex\" is 6; for the class 6.144G_and_Under at 6.14400Gbps the dialog writes 5");
+    row("stale speed mask", changed(R"({"9.8304G_and_Under": false, "6.144G_and_Under": true, "9.8304Gbps": false, "6.144Gbps": true, "Line_Rate": "6.14400Gbps", "highest_SpeedIndex": 5})"),
+        "\"speedEnables_Record\" is \"000001000000\"; for the class 6.144G_and_Under at 6.14400Gbps the dialog writes \"000000100000\"");
+    row("MII and GMII", changed(R"({"GMII": true})"), "\"MII\" is true; the dialog writes false (MII and GMII exclude each other)");
+    row("no PLL reaches the rate", changed(R"({"Reference_CLK_Frequency": "100"})"), ": The Expected Line Rate can not be generated by the Reference Clock Frequency");
+    row("attenuation out of range", changed(R"({"Equalization_Mode": "Manual", "ATT": 13})"), "\"ATT\" is 13; the dialog writes 10 (it takes 0 to 10)");
+    row("taps past C0", changed(R"({"FFEMODE": "Manual", "FFE_CM": 19, "FFE_C1": 19, "FFE_C0": "2"})"), "\"FFE_CM\" is 19 and \"FFE_C1\" is 19: C0 must be greater than 20.");
+    row("C0 not as derived", changed(R"({"FFEMODE": "Manual", "FFE_CM": 5, "FFE_C1": 3})"), "\"FFE_C0\" is \"40\"; the dialog writes \"32\"");
+    row("Master", changed(R"({"Master": true})"), "\"Master\" is true; the dialog writes false (its Master and Slave buttons are disabled)");
+    row("both protocol versions", changed(R"({"Initial_Protocol_Version2": true})"), "\"Initial_Protocol_Version1\" is true; the dialog writes false");
+    row("another version", changed(R"({"version": "2.0"})"), "\"version\" is \"2.0\": This version of specified IP Config file is incompatible with current IP Core Generator.");
+    row("another core's type", changed(R"({"type": "com.other.core"})"), "\"type\" is \"com.other.core\"; the dialog writes \"com.ipgen.serdes.cpri\"");
+    row("unsupported device", changed(R"({"target_device": "DVC-2-I2"})"), "the CPRI core does not support the part \"DVC-2\"");
+    row("rate the grade lacks", changed(R"({"target_device": "DVB-4-C1", "9.8304G_and_Under": false, "12.16512G_and_Under": true, "9.8304Gbps": false,
+        "12.16512Gbps": true, "Line_Rate": "12.16512Gbps", "highest_SpeedIndex": 10, "speedEnables_Record": "010000000000", "64B_66B_Mode": "SerDes"})"),
+        "\"12.16512Gbps\" is true: Please Enable Speed (a device of grade \"C1\" does not offer 12.16512Gbps)");
+    row("misspelt key", changed(R"({"DRP_ports": true})"), "\"DRP_ports\" is no key of the record; did you mean \"DRP_Ports\"?");
+    row("ports of a changed record", changed(R"({"GMII": true})"), "\"MII\" is true", "ports RECORD");
+    row("resources of a changed record", changed(R"({"GMII": true})"), "\"MII\" is true", "resources RECORD");
 }
 
 void TestCli::refusal()
@@ -294,15 +314,15 @@ void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
     const QString temp = work.filePath("core/temp"_q), dir = temp + "/cpri"_q;
     const auto start = [&](QProcess &run, int round) {
         run.start(CPRI_HOST_PATH ""_q, {"generate"_q, writeRecord(work.filePath("r%1"_q.arg(round)), QStringLiteral(
-            R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "Reference_CLK_Frequency": "%2"})")
-            .arg(round).arg(100 + round).toUtf8()), "--workdir"_q, work.path()});
+            R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "FFEMODE": "Manual", "FFE_CM": %2, "FFE_C1": %3,
+                "FFE_C0": "%4"})").arg(round).arg(round % 10).arg(round / 10).arg(40 - round % 10 - round / 10).toUtf8()), "--workdir"_q, work.path()});
         return &run;
     };
     const auto heldRound = [&] { // the round whose complete set the folder holds, or -1
         const int round = QString::fromUtf8(read(dir + "/top_define.vh"_q)).section("module_name m"_q, 1).toInt();
         return entries(dir) == QStringList({"cpri.ini"_q, "cpri_defines.vh"_q, "top_define.vh"_q})
             && read(dir + "/cpri_defines.vh"_q).contains("CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n')
-            && read(dir + "/cpri.ini"_q).contains("q0_refclk0_freq " + QByteArray::number(100 + round) + '\n') ? round : -1;
+            && read(dir + "/cpri.ini"_q).contains(QStringLiteral("_ffe_cm %1\nq0_ln1_tx_ffe_c1 %2\n").arg(round % 10).arg(round / 10).toUtf8()) ? round : -1;
     };
     QProcess first;
     QVERIFY(start(first, 1)->waitForFinished(-1) && heldRound() == 1);

@@ -51,12 +51,14 @@ private slots:
         QTest::newRow("6G DRP") << R"("9.8304G_and_Under": false, "6.144G_and_Under": true, "DRP_Ports": true)" << 98;
         QTest::newRow("9G FFE EQ") << R"("FFE_Ports": true, "Equalization_Ports": true)" << 95;
         QTest::newRow("10G RTV GMII BIAS") << R"("9.8304G_and_Under": false, "10.1376G_and_Under": true,
+            "9.8304Gbps": false, "10.1376Gbps": true, "Line_Rate": "10.13760Gbps", "highest_SpeedIndex": 9,
+            "speedEnables_Record": "001000000000", "64B_66B_Mode": "SerDes",
             "Real_Time_Vendor": true, "MII": false, "GMII": true, "BIAS_Ports": true)" << 96;
         QTest::newRow("12G swing PRBS") << R"("9.8304G_and_Under": false, "12.16512G_and_Under": true, "file": "2nd.core",
             "Differential_Swing_Ports": true, "PRBS_Pattern_Generator_Ports": true, "PRBS_Pattern_Checker_Ports": true)" << 98;
-        QTest::newRow("no class") << R"("9.8304G_and_Under": false)" << 77;
-        QTest::newRow("everything, first class") << R"("3.072G_and_Under": true, "6.144G_and_Under": true, "GMII": true,
-            "10.1376G_and_Under": true, "12.16512G_and_Under": true, "Real_Time_Vendor": true, "Loopback_Ports": true,
+        QTest::newRow("everything") << R"("9.8304G_and_Under": false, "12.16512G_and_Under": true, "9.8304Gbps": false,
+            "12.16512Gbps": true, "Line_Rate": "12.16512Gbps", "highest_SpeedIndex": 10, "speedEnables_Record": "010000000000",
+            "64B_66B_Mode": "SerDes", "MII": false, "GMII": true, "Real_Time_Vendor": true, "Loopback_Ports": true,
             "DRP_Ports": true, "FFE_Ports": true, "Equalization_Ports": true, "BIAS_Ports": true, "module": "cpri_x",
             "Differential_Swing_Ports": true, "PRBS_Pattern_Generator_Ports": true, "PRBS_Pattern_Checker_Ports": true, "file": "module")" << 122;
     }

@@ -105,7 +105,7 @@ private slots:
         QTest::newRow("QPLL reference") << QJsonValue(fifth({{"Reference_CLK_Source", "Q0 REFCLK1"}}))
                                         << "pll|Q0_QPLL0|core 1";
         QTest::newRow("frequency")
-            << QJsonValue(fifth({{"PLL_Selection", "CPLL"}, {"Reference_CLK_Frequency", "153.6"}}))
+            << QJsonValue(fifth({{"PLL_Selection", "CPLL"}, {"Reference_CLK_Frequency", "245.76"}}))
             << "refclock|Q0_REFCLK0|core 1";
         QTest::newRow("bias") << QJsonValue(fifth({{"ifChangedAllOfBias", true}}, 12)) << "bias|Q0_BIAS|core 1";
         QTest::newRow("folder") << QJsonValue(fifth({{"file", "cpri_a"}})) << "file|cpri_a|core 1";
