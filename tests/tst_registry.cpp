@@ -3,6 +3,7 @@
 #include <core/idecore.h>
 #include <dev/devicedb.h>
 #include <ipcore/ipcorefunctions.h>
+#include <ipserdes/generator.h>
 #include <ipserdes/message.h>
 #include <ipserdes/pllmodel_p.h>
 #include <ipserdes/serdes.h>
@@ -53,6 +54,7 @@ private slots:
     void projectSetUp();
     void globalResetLinesAreOnlyAppended();
     void dividerSearchReachesEveryRate();
+    void unreachableRateNamesItsCause();
     void deviceLibrary();
 };
 
@@ -233,6 +235,40 @@ void TestRegistry::dividerSearchReachesEveryRate()
         const PllType *type = pllType(str(name));
         QVERIFY(findSetting(*type, 250.0, type->vcoMaxGHz * type->rateFactor) && findSetting(*type, minRef, type->vcoMinGHz * type->rateFactor));
     }
+}
+
+// A rate no divider setting makes names the PLL, its VCO range, the VCOs the rate needs, the PLL
+// kinds that make it from that reference and the common references the PLL makes it from.
+void TestRegistry::unreachableRateNamesItsCause()
+{
+    QStringList common;
+    for (double mhz : IPSERDESIP::Internal::commonReferencesMHz())
+        common << QString::number(mhz);
+    const QString all = common.join(str(", "));
+    QCOMPARE(all, str("61.44, 76.8, 100, 122.88, 125, 153.6, 156.25, 184.32, 200, 245.76, 250, 307.2, 312.5, 368.64, 491.52"));
+    const char *const rows[][2] = {
+        {"cpll 10.1376 122.88", "CPLL cannot generate 10.1376 Gbps from a 122.88 MHz reference clock|CPLL VCO range: 2 to 6.25 GHz; "
+         "10.1376 Gbps needs a VCO of 5.0688 GHz, which no divider setting reaches from 122.88 MHz|These PLL kinds generate "
+         "10.1376 Gbps from 122.88 MHz: QPLL0 (VCO 10.1376 GHz), QPLL1 (VCO 10.1376 GHz)|CPLL generates 10.1376 Gbps from none "
+         "of the common reference clocks (ALL MHz)"},
+        {"cpll 2.4576 100.0001", "CPLL cannot generate 2.4576 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 "
+         "GHz; 2.4576 Gbps needs a VCO of 2.4576 or 4.9152 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
+         "generates 2.4576 Gbps from 100.0001 MHz|CPLL generates 2.4576 Gbps from these common reference clocks: 122.88, "
+         "153.6, 245.76, 307.2, 491.52 MHz"},
+        {"qpll1 14 125", "QPLL1 cannot generate 14 Gbps from a 125 MHz reference clock|QPLL1 VCO range: 8 to 13 GHz; no "
+         "output divider brings 14 Gbps into it|These PLL kinds generate 14 Gbps from 125 MHz: QPLL0 (VCO 14 GHz)|QPLL1 "
+         "generates 14 Gbps from none of the common reference clocks (ALL MHz)"},
+        {"qpll0 0 122.88", "No line rate is set"},
+    };
+    QTemporaryDir dir;
+    for (const auto &row : rows) {
+        const QStringList f = str(row[0]).split(QLatin1Char(' '));
+        IPSERDESIP::generator generator;
+        QVERIFY(!generator.generate({str("q1_ln2_pll_sel ") + f[0], str("q1_ln2_tx_rate ") + f[1], str("mclk_freq ") + f[2]},
+                                    dir.filePath(str("a.csr")), {}));
+        QCOMPARE(generator.getErrStringList(), texts(str(row[1]).replace(str("ALL"), all)));
+    }
+    QVERIFY(QDir(dir.path()).isEmpty());
 }
 
 void TestRegistry::deviceLibrary()
