@@ -271,18 +271,34 @@ void TestRegistry::unreachableRateNamesItsCause()
     QVERIFY(QDir(dir.path()).isEmpty());
 }
 
+// Every part the core's descriptor supports, in the grades of its family; a part's lanes are
+// those of its quads.
 void TestRegistry::deviceLibrary()
 {
     const QStringList all = texts(str("Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q1 Lane0|Q1 Lane1|Q1 Lane2|Q1 Lane3"));
-    for (const char *row : {"DVA-1-C2I1|DVA-1|C2/I1|1", "DVA-2-I2|DVA-2|I2|2", "DVB-1-C2I1|DVB-1|C2/I1|1",
-                            "DVB-4-C1|DVB-4|C1|2", "DVC-1-C2I1|DVC-1|C2/I1|2", "DVC-2-I2|DVC-2|I2|1"}) {
-        const QStringList f = texts(str(row));
-        const DEV::DeviceArg expected(f[0], f[1], f[2], all.mid(0, 4 * f[3].toInt()));
-        QCOMPARE(Core::IdeCore::deviceDataBase()->findDevice(f[0]), expected);
-        QVERIFY(expected != DEV::DeviceArg(f[0], f[1], f[2], all.mid(4)) && !expected.isNull());
-        QCOMPARE(DEV::DeviceDb({expected}).findDevice(f[0]).condition(), f[2]);
+    QStringList ids, parts;
+    for (const char *row : {"DVA-1 1 C2/I1 I2", "DVA-2 2 C2/I1 I2", "DVB-1 1 C2/I1 C1", "DVB-2 1 C2/I1 C1", "DVB-3 2 C2/I1 C1",
+                            "DVB-4 2 C2/I1 C1", "DVB-5 2 C2/I1 C1", "DVB-6 2 C2/I1 C1", "DVC-1 2 C2/I1 I2", "DVC-2 1 I2"}) {
+        const QStringList f = str(row).split(QLatin1Char(' '));
+        parts << f[0];
+        for (const QString &grade : f.mid(2)) {
+            ids << f[0] + QLatin1Char('-') + QString(grade).remove(QLatin1Char('/'));
+            const DEV::DeviceArg expected(ids.last(), f[0], grade, all.mid(0, 4 * f[1].toInt()));
+            QCOMPARE(Core::IdeCore::deviceDataBase()->findDevice(ids.last()), expected);
+            QVERIFY(expected != DEV::DeviceArg(ids.last(), f[0], grade, all.mid(4)) && !expected.isNull());
+            QCOMPARE(DEV::DeviceDb({expected}).findDevice(ids.last()).condition(), grade);
+        }
     }
+    QStringList library;
+    for (const DEV::DeviceArg &device : Core::IdeCore::deviceDataBase()->devices())
+        library << device.id();
+    QCOMPARE(library, ids);
     QVERIFY(Core::IdeCore::deviceDataBase()->findDevice(str("DVC-1")).isNull());
+    const QVariantMap descriptor = IPCore::processIPInfoSpec(str(CPRI_PACKAGE_DIR "/cpri.ipspec"));
+    const QStringList supported = descriptor.value(str("ipcore.device.supported")).toStringList();
+    QVERIFY(!supported.isEmpty());
+    for (const QString &part : supported)
+        QVERIFY2(parts.contains(part), qPrintable(part));
 }
 
 QTEST_MAIN(TestRegistry)
