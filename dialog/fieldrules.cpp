@@ -45,7 +45,8 @@ QString referenceFrequency(const QString &text)
     if (text.isEmpty())
         return initial(Key::RefClkFrequency);
     const double value = text.toDouble();
-    return value >= 50.0 && value <= 500.0 ? text : initial(Key::RefClkFrequency);
+    return value >= MinReferenceMHz && value <= MaxReferenceMHz ? text
+                                                                 : initial(Key::RefClkFrequency);
 }
 
 QString scramblerSeed(const QString &text, bool *converted)

@@ -79,7 +79,15 @@ QVariant valueOr(const ConfigMap &record, const QString &key)
     return record.value(key, Config::keySpec(key)->initial);
 }
 
+const LineCoding coding8b10b{QStringLiteral("8B/10B"), 8, 10};
+const LineCoding coding64b66b{QStringLiteral("64B/66B"), 64, 66};
+
 } // namespace
+
+const LineCoding &lineCoding(int rateIndex)
+{
+    return rateIndex > Config::Rate98304Index ? coding64b66b : coding8b10b;
+}
 
 LaneSettingsInput laneInputFromRecord(const ConfigMap &record, const QString &partName)
 {
@@ -111,7 +119,7 @@ void appendLaneSettings(QStringList &settings, const QString &lanePrefix,
              << Line::LoopbackMode.arg(p, in.loopback.toLower())
              << Line::Enable.arg(p)
              << Line::Enable.arg(quadPrefix);
-    const bool above98304 = in.rateIndex > Config::Rate98304Index;
+    const bool above98304 = &lineCoding(in.rateIndex) == &coding64b66b;
     for (const QString &line :
          encodingLines(in.listedDevice, above98304, in.placement64b66b == Config::FabricPlacement))
         settings << line.arg(p);
