@@ -70,9 +70,14 @@ QString describe(const QMap<QString, QVariant> &info)
 QString rates()
 {
     QString rows;
-    for (const Config::RateRow &r : Config::rateRows()) {
-        if (!r.reserved())
-            rows += row({code(Config::lineRateText(r.gbps)), code(r.key)});
+    const QVector<int> offered = offeredRates();
+    for (int i = 0; i < Config::rateRows().size(); ++i) {
+        const Config::RateRow &r = Config::rateRows().at(i);
+        if (!r.reserved()) {
+            rows += row({code(Config::lineRateText(r.gbps)), code(r.key),
+                         offered.contains(i) ? QStringLiteral("yes")
+                                             : QStringLiteral("no: its box stays disabled")});
+        }
     }
     QString classes;
     for (const Config::SpeedClass &c : Config::speedClasses()) {
@@ -85,8 +90,10 @@ QString rates()
                                                      : codes(rateTexts(c.enableOnTopGrade))});
     }
     return QStringLiteral("<h2>Line rates and speed classes</h2>\n<p>The line rates, each "
-                          "offered by a check box whose record key is beside it:</p>\n")
-           + table({QStringLiteral("Line rate"), QStringLiteral("Record key")}, rows)
+                          "with a check box whose record key is beside it:</p>\n")
+           + table({QStringLiteral("Line rate"), QStringLiteral("Record key"),
+                    QStringLiteral("Offered by a speed class")},
+                   rows)
            + QStringLiteral("<p>A speed class bounds the rates. Choosing one offers its rates and "
                             "withdraws the faster ones; the fastest rates need a device of "
                             "grade %1.</p>\n")

@@ -86,7 +86,7 @@ private slots:
     void guideHoldsTheTablesAndIsNamedByTheHost()
     {
         const QString html = guideText();
-        QStringList facts = split("0.61440Gbps|12.16512Gbps|8.11008Gbps|3.072G_and_Under|C2/I1|top_define.vh|cpri.ini|q0_ln1_|"
+        QStringList facts = split("0.6144Gbps</code></td><td>no: its box stays disabled|12.16512Gbps|8.11008Gbps|3.072G_and_Under|C2/I1|top_define.vh|cpri.ini|q0_ln1_|"
                                   "resources RECORD.json|guide                         the path of the core's user guide", '|');
         for (const IPCPRI::Config::KeySpec &key : IPCPRI::Config::recordKeys())
             facts << "<tr><td><code>" + key.key.toHtmlEscaped() + "</code>";
