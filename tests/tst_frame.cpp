@@ -117,6 +117,8 @@ void TestFrame::tabsFitTheDefaultSize()
             QVERIFY2(shown.contains(text), qPrintable(text));
         auto *figure = d->findChild<PinFigureView *>();
         const QSize area = tabs->size();
+        const auto right = [d](QWidget *x) { return x->mapTo(d, QPoint(x->width(), 0)).x(); };
+        QCOMPARE(right(tabs), right(d->findChild<QDialogButtonBox *>())); // no second margin, no frame
         s.act("checkBoxDRPPort");
         settle();
         QCOMPARE(figure->size(), figure->sizeHint());
@@ -181,6 +183,9 @@ void TestFrame::smallScreensScrollTheFrame()
         const QStringList cut = cutOn(d, tabs->currentWidget(), true);
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(' ')));
     }
+    d->findChild<QSplitter *>()->setSizes({0, 0}); // the splitter moved as far as it goes: nothing folds away
+    settle();
+    QVERIFY(pane->viewport()->width() >= figure->width() && tabs->width() == tabs->sizeHint().width());
 }
 
 // A new core's instance name proposes its file name, and names the folder it is created in;

@@ -251,13 +251,15 @@ void TestRegistry::unreachableRateNamesItsCause()
          "10.1376 Gbps needs a VCO of 5.0688 GHz, which no divider setting reaches from 122.88 MHz|These PLL kinds generate "
          "10.1376 Gbps from 122.88 MHz: QPLL0 (VCO 10.1376 GHz), QPLL1 (VCO 10.1376 GHz)|CPLL generates 10.1376 Gbps from none "
          "of the common reference clocks (ALL MHz)"},
-        {"cpll 2.4576 100.0001", "CPLL cannot generate 2.4576 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 "
-         "GHz; 2.4576 Gbps needs a VCO of 2.4576 or 4.9152 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
-         "generates 2.4576 Gbps from 100.0001 MHz|CPLL generates 2.4576 Gbps from these common reference clocks: 122.88, "
-         "153.6, 245.76, 307.2, 491.52 MHz"},
+        {"cpll 4 100.0001", "CPLL cannot generate 4 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 "
+         "GHz; 4 Gbps needs a VCO of 2 or 4 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
+         "generates 4 Gbps from 100.0001 MHz|CPLL generates 4 Gbps from these common reference clocks: 100, 125, 200, 250 MHz"},
         {"qpll1 14 125", "QPLL1 cannot generate 14 Gbps from a 125 MHz reference clock|QPLL1 VCO range: 8 to 13 GHz; no "
          "output divider brings 14 Gbps into it|These PLL kinds generate 14 Gbps from 125 MHz: QPLL0 (VCO 14 GHz)|QPLL1 "
          "generates 14 Gbps from none of the common reference clocks (ALL MHz)"},
+        {"qpll0 16.375 100.0001", "QPLL0 cannot generate 16.375 Gbps from a 100.0001 MHz reference clock|QPLL0 VCO range: 9.8 to "
+         "16.375 GHz; 16.375 Gbps needs a VCO of 16.375 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
+         "generates 16.375 Gbps from 100.0001 MHz|QPLL0 generates 16.375 Gbps from these common reference clocks: 125, 250 MHz"},
         {"qpll0 0 122.88", "No line rate is set"},
     };
     QTemporaryDir dir;
