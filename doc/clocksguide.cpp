@@ -47,7 +47,8 @@ QString userClocks()
         QStringList cells{code(Config::lineRateText(gbps(rate))), esc(coding.name)};
         for (const Config::SpeedClass &c : Config::speedClasses()) {
             const bool offered = c.enable.contains(rate) || c.enableOnTopGrade.contains(rate);
-            const double mhz = gbps(rate) * 1000.0 * coding.dataBits / coding.lineBits / dataWidth(c);
+            const double mhz =
+                gbps(rate) * 1000.0 * coding.dataBits / coding.lineBits / dataWidth(c);
             cells << (offered ? number(mhz) : QString());
         }
         rows += row(cells);
@@ -113,9 +114,10 @@ QString referenceClocks()
     }
     return QStringLiteral(
                "<h3>Reference clocks</h3>\n<p>A PLL multiplies its reference clock up to its VCO "
-               "(by N &divide; M) and divides the VCO down to the line rate: %1. The table shows, for each line rate and "
-               "PLL kind, which of the common reference frequencies work and the VCO each "
-               "gives; choose the crystal before opening the dialog. Tried: "
+               "(by N &divide; M) and divides the VCO down to the line rate: %1. The table "
+               "shows, for each line rate and PLL kind, which of the common reference "
+               "frequencies work and the VCO each gives; choose the crystal before opening the "
+               "dialog. Tried: "
                "<span id=\"tried-references\">%2</span> MHz (the dialog takes %3 to %4 MHz). "
                "PLLs that share a quad run at one VCO from one reference.</p>\n")
                .arg(kinds.join(QStringLiteral("; ")), tried.join(QStringLiteral(", ")),

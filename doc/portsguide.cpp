@@ -49,7 +49,8 @@ GroupPorts groupPorts(const PortGroup &group)
     const QVector<Config::SpeedClass> &classes = Config::speedClasses();
     for (int c = 0; c < classes.size(); ++c) {
         for (const QString &key : QStringList{QString()} + boolKeys()) {
-            for (const QString &name : group.ports(figureChoices(setting({classes.at(c).key, key})))) {
+            const FigureChoices choices = figureChoices(setting({classes.at(c).key, key}));
+            for (const QString &name : group.ports(choices)) {
                 const CorePort port = corePort(pinFigure(name));
                 if (!ports.names.contains(port.name))
                     ports.names << port.name;
@@ -137,8 +138,9 @@ QMap<QString, PortMeaning> readPortMeanings(const QString &path, QString &error)
     QMap<QString, PortMeaning> meanings;
     for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
         if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#'))) {
-            meanings.insert(line.section(QLatin1Char(' '), 0, 0),
-                            {line.section(QLatin1Char(' '), 1, 1), line.section(QLatin1Char(' '), 2)});
+            const QLatin1Char blank(' ');
+            meanings.insert(line.section(blank, 0, 0),
+                            {line.section(blank, 1, 1), line.section(blank, 2)});
         }
     }
     const QStringList ports = figurePortNames();
@@ -149,7 +151,8 @@ QMap<QString, PortMeaning> readPortMeanings(const QString &path, QString &error)
     for (auto it = meanings.cbegin(); it != meanings.cend(); ++it) {
         const QString &domain = it->domain;
         if (!ports.contains(it.key()))
-            error = QStringLiteral("%1 names \"%2\", which is no port of the core").arg(path, it.key());
+            error = QStringLiteral("%1 names \"%2\", which is no port of the core")
+                        .arg(path, it.key());
         else if (domain != AsyncDomain && domain != ClockDomain
                  && meanings.value(domain).domain != ClockDomain)
             error = QStringLiteral("%1 gives \"%2\" the clock domain \"%3\", which is no clock of "

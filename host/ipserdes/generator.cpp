@@ -128,7 +128,8 @@ QStringList unreachableRate(const PllType &type, double refMHz, double rateGbps)
     }
     lines << (refs.isEmpty()
                   ? QStringLiteral("%1 generates %2 Gbps from none of the common reference "
-                                   "clocks (%3 MHz)").arg(pll, rate, tried.join(QStringLiteral(", ")))
+                                   "clocks (%3 MHz)")
+                        .arg(pll, rate, tried.join(QStringLiteral(", ")))
                   : QStringLiteral("%1 generates %2 Gbps from these common reference clocks: "
                                    "%3 MHz").arg(pll, rate, refs.join(QStringLiteral(", "))));
     return lines;
