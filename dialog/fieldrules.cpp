@@ -12,8 +12,6 @@ namespace Key = Config::Key;
 // The ranges the fields keep.
 constexpr int ConfigClockMinimum = 1;
 constexpr int ConfigClockMaximum = 150;
-constexpr double RefFrequencyMinimum = 50.0;
-constexpr double RefFrequencyMaximum = 500.0;
 constexpr qulonglong ScramblerSeedMaximum = 0x7FFFFFFF;
 constexpr qulonglong EthernetPointerMinimum = 0x14;
 constexpr qulonglong EthernetPointerMaximum = 0x3F;
@@ -62,9 +60,8 @@ QString referenceFrequency(const QString &text)
     if (text.isEmpty())
         return initial(Key::RefClkFrequency);
     const double value = text.toDouble();
-    return value >= RefFrequencyMinimum && value <= RefFrequencyMaximum
-               ? text
-               : initial(Key::RefClkFrequency);
+    return value >= MinReferenceMHz && value <= MaxReferenceMHz ? text
+                                                                 : initial(Key::RefClkFrequency);
 }
 
 QString scramblerSeed(const QString &text, bool *converted)
@@ -89,7 +86,7 @@ const QVector<TextRule> &textRules()
         {Key::ConfigClkPeriod, configClock,
          decimalRange(ConfigClockMinimum, ConfigClockMaximum)},
         {Key::RefClkFrequency, referenceFrequency,
-         decimalRange(RefFrequencyMinimum, RefFrequencyMaximum)},
+         decimalRange(MinReferenceMHz, MaxReferenceMHz)},
         {Key::ScramblerSeed, [](const QString &t) { return scramblerSeed(t, nullptr); },
          hexRange(0, ScramblerSeedMaximum)},
         {Key::EthernetPointer, [](const QString &t) { return ethernetPointer(t, nullptr); },

@@ -13,7 +13,9 @@ namespace FieldRules {
 
 // Configuration clock in MHz, 1..150.
 QString configClock(const QString &text);
-// Reference frequency in MHz, 50..500.
+// Reference frequency in MHz, MinReferenceMHz..MaxReferenceMHz.
+inline constexpr double MinReferenceMHz = 50.0;
+inline constexpr double MaxReferenceMHz = 500.0;
 QString referenceFrequency(const QString &text);
 
 // Hexadecimal fields: the entry, or the default with *converted false when

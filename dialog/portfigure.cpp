@@ -105,6 +105,7 @@ const QStringList statusPorts = {
 
 struct OptionalGroup
 {
+    QString title;
     bool Choices::*flag;
     QStringList ports;
 };
@@ -113,22 +114,22 @@ struct OptionalGroup
 const QVector<OptionalGroup> &optionalGroups()
 {
     static const QVector<OptionalGroup> groups = {
-        {&Choices::loopbackPorts,
+        {QStringLiteral("Loopback"), &Choices::loopbackPorts,
          {QStringLiteral("loopback_en_i"), QStringLiteral("loopback_mode_i[1:0]")}},
-        {&Choices::differentialSwingPorts,
+        {QStringLiteral("Differential swing"), &Choices::differentialSwingPorts,
          {QStringLiteral("tx_diff_en_i"), QStringLiteral("tx_diff_swing_i[3:0]")}},
-        {&Choices::ffePorts,
+        {QStringLiteral("Transmit FFE"), &Choices::ffePorts,
          {QStringLiteral("tx_ffe_manual_en_i"), QStringLiteral("tx_ffe_cm_i[4:0]"),
           QStringLiteral("tx_ffe_c1_i[4:0]")}},
-        {&Choices::equalizationPorts,
+        {QStringLiteral("Receive equalization"), &Choices::equalizationPorts,
          {QStringLiteral("rx_eq_manual_en_i"), QStringLiteral("rx_eq_att_i[3:0]"),
           QStringLiteral("rx_eq_boost_i[3:0]")}},
-        {&Choices::biasPorts,
+        {QStringLiteral("Quad bias"), &Choices::biasPorts,
          {QStringLiteral("rx_quad_bias_en_i"), QStringLiteral("rx_quad_bias_i[3:0]")}},
-        {&Choices::prbsGeneratorPorts,
+        {QStringLiteral("PRBS pattern generator"), &Choices::prbsGeneratorPorts,
          {QStringLiteral("tx_prbs_test_en_i"), QStringLiteral("tx_prbs_sel_i[2:0]"),
           QStringLiteral("tx_prbs_insert_err_i")}},
-        {&Choices::prbsCheckerPorts,
+        {QStringLiteral("PRBS pattern checker"), &Choices::prbsCheckerPorts,
          {QStringLiteral("rx_prbs_test_en_i"), QStringLiteral("rx_prbs_sel_i[2:0]"),
           QStringLiteral("rx_prbs_err_clr_i"), QStringLiteral("rx_prbs_err_cnt_o[7:0]")}},
     };
@@ -180,25 +181,55 @@ Utils::PinFigure pinFigure(const QString &name)
                             output ? Qt::AlignRight : Qt::AlignLeft);
 }
 
+namespace {
+
+// A group that is always drawn, and one drawn when a choice is set.
+PortGroup always(const QString &title, const QStringList &ports)
+{
+    return {title, [ports](const Choices &) { return ports; }};
+}
+
+PortGroup when(const QString &title, bool Choices::*flag, const QStringList &ports)
+{
+    return {title, [flag, ports](const Choices &c) { return c.*flag ? ports : QStringList(); }};
+}
+
+QVector<PortGroup> buildPortGroups()
+{
+    QVector<PortGroup> groups = {
+        always(QStringLiteral("Clocks and resets"), clocksAndResets),
+        {QStringLiteral("Data path"), [](const Choices &c) { return dataPathPorts(c.dataPath); }},
+        always(QStringLiteral("Frame and HDLC"), frameAndHdlc),
+        when(QStringLiteral("Real-time vendor data"), &Choices::realTimeVendor,
+             realTimeVendorPorts),
+        when(QStringLiteral("MII Ethernet"), &Choices::mii, miiPorts),
+        when(QStringLiteral("GMII Ethernet"), &Choices::gmii, gmiiPorts),
+        always(QStringLiteral("Control words, configuration bus and transceiver inputs"),
+               controlAndConfig),
+        always(QStringLiteral("Status, delays and transceiver status"), statusPorts),
+    };
+    for (const OptionalGroup &group : optionalGroups())
+        groups << when(group.title + QStringLiteral(" ports"), group.flag, group.ports);
+    groups << PortGroup{QStringLiteral("Dynamic reconfiguration clock"), [](const Choices &c) {
+                            return anyOptionalPort(c) ? QStringList{drpClock} : QStringList();
+                        }}
+           << when(QStringLiteral("Dynamic reconfiguration port"), &Choices::drpPorts, drpPorts);
+    return groups;
+}
+
+} // namespace
+
+const QVector<PortGroup> &portGroups()
+{
+    static const QVector<PortGroup> groups = buildPortGroups();
+    return groups;
+}
+
 QList<Utils::PinFigure> portFigure(const FigureChoices &choices)
 {
-    QStringList names = clocksAndResets;
-    names << dataPathPorts(choices.dataPath) << frameAndHdlc;
-    if (choices.realTimeVendor)
-        names << realTimeVendorPorts;
-    if (choices.mii)
-        names << miiPorts;
-    if (choices.gmii)
-        names << gmiiPorts;
-    names << controlAndConfig << statusPorts;
-    for (const OptionalGroup &group : optionalGroups()) {
-        if (choices.*group.flag)
-            names << group.ports;
-    }
-    if (anyOptionalPort(choices))
-        names << drpClock;
-    if (choices.drpPorts)
-        names << drpPorts;
+    QStringList names;
+    for (const PortGroup &group : portGroups())
+        names << group.ports(choices);
     QList<Utils::PinFigure> pins;
     pins.reserve(names.size());
     for (const QString &name : qAsConst(names))

@@ -3,6 +3,10 @@
 #include <utils/pinfigure.h>
 
 #include <QList>
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
 
 namespace IPCPRI {
 
@@ -25,7 +29,19 @@ struct FigureChoices
     bool prbsCheckerPorts = false;
 };
 
-// The symbol's ports in drawing order.
+// One group of the symbol's ports: its title and, for a set of choices,
+// its port names with their bit ranges (none when the choices leave the
+// group out).
+struct PortGroup
+{
+    QString title;
+    std::function<QStringList(const FigureChoices &)> ports;
+};
+
+// The groups in drawing order.
+const QVector<PortGroup> &portGroups();
+
+// The symbol's ports in drawing order: those of every group.
 QList<Utils::PinFigure> portFigure(const FigureChoices &choices);
 
 // A port by its name: "_i" inputs on the left, "_o" outputs on the right,

@@ -461,12 +461,14 @@ Finding RecordCheck::Opened::calculation() const
     if (scratch.isValid()
         && generator.generate(settings, scratch.filePath(Generate::RegisterFile), QStringList()))
         return Finding();
+    // The generator's own lines say why; without them, what was asked of it.
+    const QStringList errors = generator.getErrStringList();
     return refused(Key::RefClkFrequency, subject(m_record, Key::RefClkFrequency),
-                   Texts::calculationFailure(generator.getErrStringList())
-                       .replace(QLatin1Char('\n'), QStringLiteral("; ")),
-                   QStringLiteral("%1 for %2 at %3")
-                       .arg(record.value(Key::PllSelection).toString(), m_lane,
-                            record.value(Key::LineRate).toString()));
+                   Texts::calculationFailure(errors).replace(QLatin1Char('\n'), QStringLiteral("; ")),
+                   errors.isEmpty() ? QStringLiteral("%1 for %2 at %3")
+                                          .arg(record.value(Key::PllSelection).toString(), m_lane,
+                                               record.value(Key::LineRate).toString())
+                                    : QString());
 }
 
 QString RecordCheck::Opened::reasonFor(const QString &key, const ConfigMap &written) const

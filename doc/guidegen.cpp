@@ -1,12 +1,17 @@
 // guidegen: writes the core's user guide from the project's own tables,
 // so that the guide says what the code does.
 //
-// guidegen DESCRIPTOR MEANINGS EXAMPLE_RECORD HOST_PROGRAM OUTPUT
+// guidegen DESCRIPTOR MEANINGS PORT_MEANINGS EXAMPLE_RECORD HOST_PROGRAM OUTPUT
 //   DESCRIPTOR      the package's "cpri.ipspec"
 //   MEANINGS        "keymeanings.txt": each record key and what it means
+//   PORT_MEANINGS   "portmeanings.txt": each port's clock domain and meaning
 //   EXAMPLE_RECORD  a stored record whose generated lines the guide shows
 //   HOST_PROGRAM    cpri-host, whose usage text the guide quotes
 //   OUTPUT          the HTML file to write
+
+#include "clocksguide.h"
+#include "guidehtml.h"
+#include "portsguide.h"
 
 #include <config/configkeys.h>
 #include <config/descriptorkeys.h>
@@ -14,7 +19,6 @@
 #include <config/speedrules.h>
 #include <core/idecore.h>
 #include <dev/devicedb.h>
-#include <dialog/portfigure.h>
 #include <dialog/recordcheck.h>
 #include <generate/definefiles.h>
 #include <generate/generationnames.h>
@@ -33,49 +37,10 @@
 #include <algorithm>
 
 using namespace IPCPRI;
+using namespace Guide;
 namespace Key = Config::Key;
 
 namespace {
-
-QString esc(const QString &text)
-{
-    return text.toHtmlEscaped();
-}
-
-QString code(const QString &text)
-{
-    return QStringLiteral("<code>%1</code>").arg(esc(text));
-}
-
-QString codes(const QStringList &texts)
-{
-    QStringList items;
-    for (const QString &text : texts)
-        items << code(text);
-    return items.join(QStringLiteral(", "));
-}
-
-QString pre(const QStringList &lines)
-{
-    return QStringLiteral("<pre>%1</pre>\n").arg(esc(lines.join(QLatin1Char('\n'))));
-}
-
-QString row(const QStringList &cells, const QString &tag = QStringLiteral("td"))
-{
-    QString html = QStringLiteral("<tr>");
-    for (const QString &cell : cells)
-        html += QStringLiteral("<%1>%2</%1>").arg(tag, cell);
-    return html + QStringLiteral("</tr>\n");
-}
-
-QString table(const QStringList &header, const QString &rows)
-{
-    QStringList heads;
-    for (const QString &h : header)
-        heads << esc(h);
-    return QStringLiteral("<table>\n") + row(heads, QStringLiteral("th")) + rows
-           + QStringLiteral("</table>\n");
-}
 
 QString rateText(int index)
 {
@@ -105,9 +70,14 @@ QString describe(const QMap<QString, QVariant> &info)
 QString rates()
 {
     QString rows;
-    for (const Config::RateRow &r : Config::rateRows()) {
-        if (!r.reserved())
-            rows += row({code(Config::lineRateText(r.gbps)), code(r.key)});
+    const QVector<int> offered = offeredRates();
+    for (int i = 0; i < Config::rateRows().size(); ++i) {
+        const Config::RateRow &r = Config::rateRows().at(i);
+        if (!r.reserved()) {
+            rows += row({code(Config::lineRateText(r.gbps)), code(r.key),
+                         offered.contains(i) ? QStringLiteral("yes")
+                                             : QStringLiteral("no: its box stays disabled")});
+        }
     }
     QString classes;
     for (const Config::SpeedClass &c : Config::speedClasses()) {
@@ -120,8 +90,10 @@ QString rates()
                                                      : codes(rateTexts(c.enableOnTopGrade))});
     }
     return QStringLiteral("<h2>Line rates and speed classes</h2>\n<p>The line rates, each "
-                          "offered by a check box whose record key is beside it:</p>\n")
-           + table({QStringLiteral("Line rate"), QStringLiteral("Record key")}, rows)
+                          "with a check box whose record key is beside it:</p>\n")
+           + table({QStringLiteral("Line rate"), QStringLiteral("Record key"),
+                    QStringLiteral("Offered by a speed class")},
+                   rows)
            + QStringLiteral("<p>A speed class bounds the rates. Choosing one offers its rates and "
                             "withdraws the faster ones; the fastest rates need a device of "
                             "grade %1.</p>\n")
@@ -194,95 +166,12 @@ QString keys(const QMap<QString, QString> &meanings)
                    rows);
 }
 
-QStringList names(const QList<Utils::PinFigure> &pins)
-{
-    QStringList list;
-    for (const Utils::PinFigure &pin : pins)
-        list << pin.name;
-    return list;
-}
-
-// The ports a choice adds to those of a core without any.
-QStringList added(const FigureChoices &choices, const QStringList &base)
-{
-    QStringList ports = names(portFigure(choices));
-    for (const QString &port : base)
-        ports.removeOne(port);
-    return ports;
-}
-
-QString ports()
-{
-    using Path = FigureChoices::DataPath;
-    const QStringList base = names(portFigure({}));
-    QString rows = row({esc(QStringLiteral("always")), codes(base)});
-    const QVector<QPair<Path, QString>> paths = {
-        {Path::Narrow3072, code(Key::SpeedSel3072)},
-        {Path::Narrow6144, code(Key::SpeedSel6144)},
-        {Path::Narrow98304, code(Key::SpeedSel98304)},
-        {Path::Wide,
-         code(Key::SpeedSel101376) + QStringLiteral(" or ") + code(Key::SpeedSel1216512)},
-    };
-    for (const auto &path : paths) {
-        FigureChoices c;
-        c.dataPath = path.first;
-        rows += row({path.second, codes(added(c, base))});
-    }
-    const QVector<QPair<bool FigureChoices::*, QString>> flags = {
-        {&FigureChoices::realTimeVendor, Key::RealTimeVendor},
-        {&FigureChoices::mii, Key::Mii},
-        {&FigureChoices::gmii, Key::Gmii},
-        {&FigureChoices::loopbackPorts, Key::LoopbackPorts},
-        {&FigureChoices::drpPorts, Key::DrpPorts},
-        {&FigureChoices::differentialSwingPorts, Key::DifferentialSwingPorts},
-        {&FigureChoices::ffePorts, Key::FfePorts},
-        {&FigureChoices::equalizationPorts, Key::EqualizationPorts},
-        {&FigureChoices::biasPorts, Key::BiasPorts},
-        {&FigureChoices::prbsGeneratorPorts, Key::PrbsGeneratorPorts},
-        {&FigureChoices::prbsCheckerPorts, Key::PrbsCheckerPorts},
-    };
-    // Ports every optional group brings are shown once, under any of them.
-    QVector<QStringList> groups;
-    QStringList common;
-    bool first = true;
-    for (const auto &flag : flags) {
-        FigureChoices c;
-        c.*flag.first = true;
-        groups << added(c, base);
-        if (!Config::optionalPortKeys().contains(flag.second))
-            continue;
-        if (first)
-            common = groups.last();
-        first = false;
-        const QStringList &group = groups.last();
-        common.erase(std::remove_if(common.begin(), common.end(),
-                                    [&](const QString &port) { return !group.contains(port); }),
-                     common.end());
-    }
-    for (int i = 0; i < flags.size(); ++i) {
-        QStringList own = groups.at(i);
-        for (const QString &port : common)
-            own.removeOne(port);
-        rows += row({code(flags.at(i).second), codes(own)});
-    }
-    rows += row({esc(QStringLiteral("any optional port key")), codes(common)});
-    return QStringLiteral("<h2>Ports</h2>\n<p>The ports of the generated core depend on the "
-                          "record. A port ending in <code>_i</code> is an input, one ending in "
-                          "<code>_o</code> an output; a bit range makes it a bus.</p>\n")
-           + table({QStringLiteral("When the record sets"), QStringLiteral("Ports")}, rows);
-}
-
 QString generation(const QMap<QString, QVariant> &record, const QString &exampleName)
 {
     const QString partName = Core::IdeCore::deviceDataBase()
                                  ->findDevice(record.value(Key::TargetDevice).toString())
                                  .device();
-    QStringList settings;
-    if (const Serdes::Lane *lane =
-            Serdes::laneByDisplayName(record.value(Key::ChannelSelection).toString()))
-        Serdes::appendLaneSettings(settings, lane->prefix, lane->quadPrefix,
-                                   Serdes::laneInputFromRecord(record, partName));
-    settings << Generate::referenceClockLines(record);
+    const QStringList settings = Generate::settingLines(record, partName);
     const QString folder = Generate::coreOutputDir(QStringLiteral("WORKDIR/<file>"));
     QString html = QStringLiteral("<h2>Generated files</h2>\n<p>Generation writes a core's files "
                                   "to %1. The lines below are those of the example record "
@@ -347,28 +236,30 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const QStringList args = QCoreApplication::arguments();
-    if (args.size() != 6) {
-        QTextStream(stderr)
-            << "usage: guidegen DESCRIPTOR MEANINGS EXAMPLE_RECORD HOST_PROGRAM OUTPUT\n";
+    if (args.size() != 7) {
+        QTextStream(stderr) << "usage: guidegen DESCRIPTOR MEANINGS PORT_MEANINGS EXAMPLE_RECORD "
+                               "HOST_PROGRAM OUTPUT\n";
         return 2;
     }
     const QMap<QString, QVariant> info = IPCore::processIPInfoSpec(args.at(1));
     QMap<QString, QVariant> record;
     QString error;
-    if (info.isEmpty() || !CpriHost::RecordFile::read(args.at(3), record, error)) {
+    if (info.isEmpty() || !CpriHost::RecordFile::read(args.at(4), record, error)) {
         QTextStream(stderr) << "guidegen: cannot read "
                             << (info.isEmpty() ? args.at(1) : error) << '\n';
         return 1;
     }
     const QMap<QString, QString> meanings = readMeanings(args.at(2), error);
-    if (meanings.isEmpty()) {
+    const QMap<QString, PortMeaning> portMeanings =
+        meanings.isEmpty() ? QMap<QString, PortMeaning>() : readPortMeanings(args.at(3), error);
+    if (portMeanings.isEmpty()) {
         QTextStream(stderr) << "guidegen: " << error << '\n';
         return 1;
     }
-    const QString exampleName = args.at(3).section(QLatin1Char('/'), -2);
-    const QString commandsPart = commands(args.at(4), exampleName);
+    const QString exampleName = args.at(4).section(QLatin1Char('/'), -2);
+    const QString commandsPart = commands(args.at(5), exampleName);
     if (commandsPart.isEmpty()) {
-        QTextStream(stderr) << "guidegen: no usage text from " << args.at(4) << '\n';
+        QTextStream(stderr) << "guidegen: no usage text from " << args.at(5) << '\n';
         return 1;
     }
     const QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head>"
@@ -376,12 +267,16 @@ int main(int argc, char *argv[])
                                         "<style>%2</style></head><body>\n")
                              .arg(esc(info.value(Descriptor::Label).toString()),
                                   QString::fromLatin1(Style))
-                         + describe(info) + rates() + keys(meanings) + ports()
+                         + describe(info) + rates() + keys(meanings) + portsSection(portMeanings)
+                         + clocksSection()
+                         // The integration walkthrough (from a project to a compiled
+                         // design) and its file format come here, in a section of
+                         // their own.
                          + generation(record, exampleName) + commandsPart
                          + QStringLiteral("</body></html>\n");
-    QSaveFile out(args.at(5));
+    QSaveFile out(args.at(6));
     if (!out.open(QIODevice::WriteOnly) || out.write(html.toUtf8()) < 0 || !out.commit()) {
-        QTextStream(stderr) << "guidegen: cannot write " << args.at(5) << '\n';
+        QTextStream(stderr) << "guidegen: cannot write " << args.at(6) << '\n';
         return 1;
     }
     return 0;

@@ -80,7 +80,15 @@ QVariant valueOr(const ConfigMap &record, const QString &key)
     return record.value(key, Config::keySpec(key)->initial);
 }
 
+const LineCoding coding8b10b{QStringLiteral("8B/10B"), 8, 10};
+const LineCoding coding64b66b{QStringLiteral("64B/66B"), 64, 66};
+
 } // namespace
+
+const LineCoding &lineCoding(int rateIndex)
+{
+    return rateIndex > Config::Rate98304Index ? coding64b66b : coding8b10b;
+}
 
 LaneSettingsInput laneInputFromRecord(const ConfigMap &record, const QString &partName)
 {
@@ -112,8 +120,7 @@ void appendLaneSettings(QStringList &settings, const QString &lanePrefix,
              << Line::LoopbackMode.arg(p, in.loopback.toLower())
              << Line::Enable.arg(p)
              << Line::Enable.arg(quadPrefix);
-    // The rates after 9.8304 Gbps in the rate list are the 64B/66B-coded ones.
-    const bool coded64b66b = in.rateIndex > Config::Rate98304Index;
+    const bool coded64b66b = &lineCoding(in.rateIndex) == &coding64b66b;
     for (const QString &line : encodingLines(in.inKnownFamily, coded64b66b,
                                              in.placement64b66b == Config::FabricPlacement))
         settings << line.arg(p);

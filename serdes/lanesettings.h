@@ -30,6 +30,18 @@ struct LaneSettingsInput
     bool inKnownFamily = false; // the part belongs to one of the two device families
 };
 
+// A line coding: how many data bits travel in how many line bits.
+struct LineCoding
+{
+    QString name; // "8B/10B", "64B/66B"
+    int dataBits;
+    int lineBits;
+};
+
+// The coding of the rate at a rate index: 8B/10B up to 9.8304 Gbps, 64B/66B
+// for the rates after it in the list.
+const LineCoding &lineCoding(int rateIndex);
+
 // The inputs as generation reads them from a stored record.
 LaneSettingsInput laneInputFromRecord(const ConfigMap &record, const QString &partName);
 

@@ -34,7 +34,8 @@ const Case Ok[] = {
     {Rate98304 + "ChannelSel=Q1 Lane0;refClkSource=Q0 REFIN;okButton", Refused,
      Msg::bias(Q10, 7) + '|' + Msg::RefClock, Dvb},
     {Rate98304 + "okButton", Refused, "", Dva, "nodir"},
-    {Rate98304 + "PLL_Selection=CPLL;okButton", Refused, Msg::bias(Q00, 7) + '|' + Msg::LineRate},
+    {Rate98304 + "PLL_Selection=CPLL;okButton", Refused,
+     Msg::bias(Q00, 7) + "|Failure: CPLL cannot generate 9.8304 Gbps from a 122.88 MHz reference clock\n*"},
     {Rate98304 + "okButton", Refused, Msg::RefClock, Dvc, "ref:Q0 REFCLK0:122.88:1",
      Saved + "Reference_CLK_Frequency=153.6"},
     {Rate98304 + "ChannelSel=Q1 Lane1;biasSpinBox=9;okButton", Kept + "true;shared Q1_BIAS=#9",
@@ -70,7 +71,14 @@ const Case Calculate[] = {
     {"speedEnable98304;ChannelSel=Q1 Lane0;refClkSource=Q0 REFIN;Calculate",
      "biasLines q1_rx_eq_bias 7;route FormStringToREFSPtr(q0_gpio) checkAccess(q0_gpio, Q1_LANE0_RX)",
      Msg::bias(Q10, 7) + '|' + Msg::RefClock, Dvb},
-    {"Calculate", "biasLines ", Msg::bias(Q00, 7) + '|' + Msg::LineRate, Dva, "", "", false},
+    {"Calculate", "biasLines ", Msg::bias(Q00, 7) + "|Failure: No line rate is set", Dva, "", "", false},
+    // A rate the PLL cannot make from the reference: why, and what would.
+    {"speedSel101376;speedEnable101376;PLL_Selection=CPLL;Calculate", "biasLines ", Msg::bias(Q00, 7) + "|Failure: "
+     "CPLL cannot generate 10.1376 Gbps from a 122.88 MHz reference clock\nCPLL VCO range: 2 to 6.25 GHz; 10.1376 Gbps "
+     "needs a VCO of 5.0688 GHz, which no divider setting reaches from 122.88 MHz\nThese PLL kinds generate 10.1376 Gbps "
+     "from 122.88 MHz: QPLL0 (VCO 10.1376 GHz), QPLL1 (VCO 10.1376 GHz)\nCPLL generates 10.1376 Gbps from none of the "
+     "common reference clocks (61.44, 76.8, 100, 122.88, 125, 153.6, 156.25, 184.32, 200, 245.76, 250, 307.2, 312.5, "
+     "368.64, 491.52 MHz)", Dva, "", "", false},
     // An empty PLL choice: the reference generator's own error lines.
     {"speedEnable98304;updateLaneConect();Calculate", "biasLines ",
      Msg::bias(Q00, 7) + "|Failure: Malformed setting line \"q0_ln0_pll_sel \"\nNo lane selects a PLL", Dva, "", "",

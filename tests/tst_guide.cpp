@@ -1,8 +1,13 @@
-// The user guide beside the plug-in, Help, `cpri-host guide` and synthesis by Yosys.
+// The user guide beside the plug-in, its tables against the code, Help, `cpri-host guide`
+// and synthesis by Yosys.
 
 #include "dialogfixture.h"
 
+#include <config/speedrules.h>
+#include <dialog/coreports.h>
+#include <dialog/fieldrules.h>
 #include <ipserdes/baseprotocol.h>
+#include <ipserdes/pllmodel_p.h>
 #include <pluginhost.h>
 
 
@@ -28,6 +33,46 @@ static QString brokenPackage(const QTemporaryDir &dir)
     return top.open(QIODevice::WriteOnly) && top.write("module broken (;\n") ? dir.filePath("libcpri.so") : "";
 }
 
+static QString guideText()
+{
+    QFile file(Guide);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+// A table's rows as plain cell texts (tags dropped, line breaks as "|"); the table by its id,
+// or every table.
+static QList<QStringList> tableRows(const QString &html, const QString &id = QString())
+{
+    const QString tables = id.isEmpty() ? html : html.section("<table id=\"" + id + "\">", 1).section("</table>", 0, 0);
+    QList<QStringList> rows;
+    QRegularExpressionMatchIterator r = QRegularExpression("<tr>(.*?)</tr>").globalMatch(tables);
+    while (r.hasNext()) {
+        QStringList cells;
+        QRegularExpressionMatchIterator c = QRegularExpression("<t[dh]>(.*?)</t[dh]>").globalMatch(r.next().captured(1));
+        while (c.hasNext())
+            cells << QTextDocumentFragment::fromHtml(c.next().captured(1).replace("<br>", "|")).toPlainText();
+        rows << cells;
+    }
+    return rows;
+}
+
+static QString number(double value)
+{
+    return QString::number(value, 'g', 10);
+}
+
+// The rates some speed class offers, slowest first.
+static QVector<int> offeredRates()
+{
+    QVector<int> rates;
+    for (const IPCPRI::Config::SpeedClass &c : IPCPRI::Config::speedClasses())
+        for (int rate : c.enable + c.enableOnTopGrade)
+            if (!rates.contains(rate))
+                rates << rate;
+    std::sort(rates.begin(), rates.end(), [](int a, int b) { return IPCPRI::Config::rateRows()[a].gbps < IPCPRI::Config::rateRows()[b].gbps; });
+    return rates;
+}
+
 class TestGuide : public QObject
 {
     Q_OBJECT
@@ -37,24 +82,135 @@ public slots:
     void open(const QUrl &url) { opened << url; }
 
 private slots:
+    // Every key in the record's table, every command of the host's usage, the rates of the summary.
     void guideHoldsTheTablesAndIsNamedByTheHost()
     {
-        QFile file(Guide);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString html = QString::fromUtf8(file.readAll());
-        QStringList facts = split("0.61440Gbps|12.16512Gbps|8.11008Gbps|3.072G_and_Under|C2/I1|tx_clk_i|iq_tx_data_i[15:0]|"
-                                  "aux_tx_slot_num_o[6:0]|up10g_rt_tx_req_o[7:0]|mii_tx_clk_i|gmii_tx_data_i[7:0]|loopback_en_i|"
-                                  "user_drp_clk_o|user_drp_addr_i[23:0]|rx_prbs_err_cnt_o[7:0]|top_define.vh|cpri.ini|q0_ln1_|"
+        const QString html = guideText();
+        QStringList facts = split("0.6144Gbps</code></td><td>no: its box stays disabled|12.16512Gbps|8.11008Gbps|3.072G_and_Under|C2/I1|top_define.vh|cpri.ini|q0_ln1_|"
                                   "resources RECORD.json|guide                         the path of the core's user guide", '|');
         for (const IPCPRI::Config::KeySpec &key : IPCPRI::Config::recordKeys())
             facts << "<tr><td><code>" + key.key.toHtmlEscaped() + "</code>";
+        const QString usage = host({"--help"}).first.section("Commands:\n", 1).section("\n\n", 0, 0);
+        for (const QString &line : usage.split('\n'))
+            if (line.startsWith("  ") && line.at(2) != ' ')
+                facts << line.toHtmlEscaped(); // the command's usage line
+        QVERIFY(facts.size() > IPCPRI::Config::recordKeys().size() + 18); // nine commands at least
         for (const QString &fact : facts)
             QVERIFY2(html.contains(fact), qPrintable(fact));
+        const QVector<int> rates = offeredRates();
+        QVERIFY(html.contains(QString("(%1 to %2 Gbps line rates)").arg(number(IPCPRI::Config::rateRows()[rates.first()].gbps),
+                                                                      number(IPCPRI::Config::rateRows()[rates.last()].gbps))));
         for (const QString &row : split("SD_THRESHOLD 25mV|64B_66B_Mode Fabric|Loopback_Mode LB_ENC|MII true or false|ATT 0 to 10", '|'))
             QVERIFY2(html.section("<code>" + row.section(' ', 0, 0) + "</code>", 1).section("</tr>", 0, 0).contains(row.section(' ', 1)), qPrintable(row));
         QCOMPARE(host({"guide"}), qMakePair(Guide + "\n", 0));
         QTemporaryDir dir;
         QCOMPARE(host({"guide", "--plugin", brokenPackage(dir)}), qMakePair("cpri-host: the user guide " + dir.path() + "/doc/cpri_user_guide.html is missing\n", 1));
+    }
+
+    // One row per port a record can give, with its direction, its width under each speed class
+    // (one width when all classes agree), a clock domain and a meaning.
+    void portTablesFollowTheFigure()
+    {
+        using namespace IPCPRI;
+        QMap<QString, QStringList> expected; // port -> direction, widths by class
+        const QVector<Config::SpeedClass> &classes = Config::speedClasses();
+        for (int c = 0; c < classes.size(); ++c)
+            for (const Config::KeySpec &key : Config::recordKeys())
+                for (const CorePort &port : corePorts({{classes[c].key, true}, {key.key, key.type == Config::ValueType::Bool}})) {
+                    QStringList &cells = expected[port.name];
+                    cells = (QStringList{port.direction == CorePort::Input ? "input" : "output"} << cells.mid(1)).mid(0, c + 1);
+                    cells << QString::number(port.width);
+                }
+        QMap<QString, QStringList> rows;
+        for (const QStringList &row : tableRows(guideText()))
+            if (row.size() >= 5 && (row[1] == "input" || row[1] == "output"))
+                rows.insert(row[0], row);
+        QCOMPARE(rows.keys(), expected.keys());
+        for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
+            const QStringList row = rows.value(it.key()), widths = it->mid(1);
+            const bool one = widths.count(widths.first()) == widths.size();
+            QCOMPARE(row.mid(1, row.size() - 3), one ? it->mid(0, 2) : QStringList(*it));
+            QVERIFY2(!row[row.size() - 2].isEmpty() && !row.last().isEmpty(), qPrintable(it.key()));
+        }
+        QCOMPARE(rows.value("iq_tx_data_i").join(' '), "iq_tx_data_i input 16 32 64 64 64 tx_clk_i IQ samples to send, lowest byte first");
+        QCOMPARE(rows.value("mii_tx_clk_i").mid(1, 3).join(' '), "input 1 a clock");
+    }
+
+    // The user clock of each rate under each class: the known CPRI frequencies, blank where the
+    // class does not offer the rate. The reference clocks that make each rate, by PLL kind,
+    // against the reference host's PLL model, over the frequencies the guide says it tried.
+    void clockTablesFollowThePllModel()
+    {
+        using namespace IPSERDESIP::Internal;
+        const QString html = guideText();
+        QStringList clocks;
+        for (const QStringList &row : tableRows(html, "user-clocks"))
+            clocks << row.join('|');
+        QCOMPARE(clocks, split("Line rate|Line coding|3.072G_and_Under (16 bits)|6.144G_and_Under (32 bits)|9.8304G_and_Under "
+                               "(64 bits)|10.1376G_and_Under (64 bits)|12.16512G_and_Under (64 bits);1.22880Gbps|8B/10B|61.44|"
+                               "30.72|15.36|15.36|15.36;2.45760Gbps|8B/10B|122.88|61.44|30.72|30.72|30.72;3.07200Gbps|8B/10B|"
+                               "153.6|76.8|38.4|38.4|38.4;4.91520Gbps|8B/10B||122.88|61.44|61.44|61.44;6.14400Gbps|8B/10B||153.6|"
+                               "76.8|76.8|76.8;8.11008Gbps|64B/66B||||122.88|122.88;9.83040Gbps|8B/10B|||122.88|122.88|122.88;"
+                               "10.13760Gbps|64B/66B||||153.6|153.6;12.16512Gbps|64B/66B|||||184.32"));
+        const QStringList tried = html.section("<span id=\"tried-references\">", 1).section("</span>", 0, 0).split(", ");
+        QVERIFY(tried.size() >= 10);
+        for (const QString &mhz : tried)
+            QVERIFY2(mhz.toDouble() >= IPCPRI::FieldRules::MinReferenceMHz && mhz.toDouble() <= IPCPRI::FieldRules::MaxReferenceMHz, qPrintable(mhz));
+        const QList<QStringList> rows = tableRows(html, "pll-references");
+        QStringList kinds{"Line rate"}, rates{"Line rate"};
+        for (const PllType &type : pllTypes())
+            kinds << type.name.toUpper();
+        for (int rate : offeredRates())
+            rates << IPCPRI::Config::lineRateText(IPCPRI::Config::rateRows()[rate].gbps);
+        QCOMPARE(rows.value(0), kinds);
+        QCOMPARE(rows.size(), rates.size());
+        for (int r = 1; r < rows.size(); ++r) {
+            QCOMPARE(rows[r][0], rates[r]);
+            for (int k = 1; k < kinds.size(); ++k) {
+                QMap<QString, QString> vcoOf; // reference -> VCO, as the cell says
+                for (const QString &line : rows[r][k].split('|'))
+                    for (const QString &mhz : line.section(": ", 1).chopped(4).split(", ", Qt::SkipEmptyParts))
+                        vcoOf.insert(mhz, line.section(' ', 1, 1));
+                QVERIFY(!vcoOf.isEmpty() || rows[r][k] == "none");
+                const double gbps = IPCPRI::Config::withoutUnit(rates[r]).toDouble();
+                for (const QString &mhz : tried) {
+                    const std::optional<PllSetting> s = findSetting(*pllType(kinds[k]), mhz.toDouble(), gbps);
+                    QVERIFY2(vcoOf.value(mhz) == (s ? number(s->vcoGHz) : QString()), qPrintable(rates[r] + ' ' + kinds[k] + ' ' + mhz));
+                }
+                QCOMPARE(vcoOf.size(), int(std::count_if(tried.cbegin(), tried.cend(), [&](const QString &mhz) { return vcoOf.contains(mhz); })));
+            }
+        }
+    }
+
+    // The guide's generator refuses port meanings that miss a port, name none, or name a
+    // domain that is no clock.
+    void portMeaningsCoverTheFigure()
+    {
+        QFile file(CPRI_SOURCE_DIR "/doc/portmeanings.txt");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString meanings = QString::fromUtf8(file.readAll());
+        const char *const rows[][3] = { // a line changed, and the refusal; unchanged first
+            {"", "", ""},
+            {"hfnsync_o rx_clk_i the receive side is in hyperframe synchronisation (HFNSYNC)\n", "",
+             "gives no meaning of port \"hfnsync_o\""},
+            {"# Data path\n", "hfnsync_x rx_clk_i x\n", "names \"hfnsync_x\", which is no port of the core"},
+            {"rx_clk_i clock", "rx_clk_i hfnsync_o", "the clock domain \"rx_clk_i\", which is no clock of the core"},
+        };
+        for (const auto &row : rows) {
+            QTemporaryDir dir;
+            QFile changed(dir.filePath("ports.txt"));
+            QVERIFY(changed.open(QIODevice::WriteOnly));
+            changed.write((*row[0] ? QString(meanings).replace(row[0], row[1]) : meanings).toUtf8());
+            changed.close();
+            QProcess guidegen;
+            guidegen.start(GUIDEGEN_PATH, {CPRI_PACKAGE_DIR "/cpri.ipspec", CPRI_SOURCE_DIR "/doc/keymeanings.txt", changed.fileName(),
+                                           CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json", CPRI_HOST_PATH, dir.filePath("g.html")});
+            QVERIFY(guidegen.waitForFinished(-1));
+            const QString error = QString::fromUtf8(guidegen.readAllStandardError());
+            const bool fine = !*row[2];
+            QVERIFY2(guidegen.exitCode() == (fine ? 0 : 1) && error.contains(row[2]) && QFile::exists(dir.filePath("g.html")) == fine,
+                     qPrintable(error));
+        }
     }
 
     void helpButtonOpensTheGuide()

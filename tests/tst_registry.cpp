@@ -3,6 +3,7 @@
 #include <core/idecore.h>
 #include <dev/devicedb.h>
 #include <ipcore/ipcorefunctions.h>
+#include <ipserdes/generator.h>
 #include <ipserdes/message.h>
 #include <ipserdes/pllmodel_p.h>
 #include <ipserdes/serdes.h>
@@ -53,6 +54,7 @@ private slots:
     void projectSetUp();
     void globalResetLinesAreOnlyAppended();
     void dividerSearchReachesEveryRate();
+    void unreachableRateNamesItsCause();
     void deviceLibrary();
 };
 
@@ -235,18 +237,70 @@ void TestRegistry::dividerSearchReachesEveryRate()
     }
 }
 
+// A rate no divider setting makes names the PLL, its VCO range, the VCOs the rate needs, the PLL
+// kinds that make it from that reference and the common references the PLL makes it from.
+void TestRegistry::unreachableRateNamesItsCause()
+{
+    QStringList common;
+    for (double mhz : IPSERDESIP::Internal::commonReferencesMHz())
+        common << QString::number(mhz);
+    const QString all = common.join(str(", "));
+    QCOMPARE(all, str("61.44, 76.8, 100, 122.88, 125, 153.6, 156.25, 184.32, 200, 245.76, 250, 307.2, 312.5, 368.64, 491.52"));
+    const char *const rows[][2] = {
+        {"cpll 10.1376 122.88", "CPLL cannot generate 10.1376 Gbps from a 122.88 MHz reference clock|CPLL VCO range: 2 to 6.25 GHz; "
+         "10.1376 Gbps needs a VCO of 5.0688 GHz, which no divider setting reaches from 122.88 MHz|These PLL kinds generate "
+         "10.1376 Gbps from 122.88 MHz: QPLL0 (VCO 10.1376 GHz), QPLL1 (VCO 10.1376 GHz)|CPLL generates 10.1376 Gbps from none "
+         "of the common reference clocks (ALL MHz)"},
+        {"cpll 4 100.0001", "CPLL cannot generate 4 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 "
+         "GHz; 4 Gbps needs a VCO of 2 or 4 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
+         "generates 4 Gbps from 100.0001 MHz|CPLL generates 4 Gbps from these common reference clocks: 100, 125, 200, 250 MHz"},
+        {"qpll1 14 125", "QPLL1 cannot generate 14 Gbps from a 125 MHz reference clock|QPLL1 VCO range: 8 to 13 GHz; no "
+         "output divider brings 14 Gbps into it|These PLL kinds generate 14 Gbps from 125 MHz: QPLL0 (VCO 14 GHz)|QPLL1 "
+         "generates 14 Gbps from none of the common reference clocks (ALL MHz)"},
+        {"qpll0 16.375 100.0001", "QPLL0 cannot generate 16.375 Gbps from a 100.0001 MHz reference clock|QPLL0 VCO range: 9.8 to "
+         "16.375 GHz; 16.375 Gbps needs a VCO of 16.375 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
+         "generates 16.375 Gbps from 100.0001 MHz|QPLL0 generates 16.375 Gbps from these common reference clocks: 125, 250 MHz"},
+        {"qpll0 0 122.88", "No line rate is set"},
+    };
+    QTemporaryDir dir;
+    for (const auto &row : rows) {
+        const QStringList f = str(row[0]).split(QLatin1Char(' '));
+        IPSERDESIP::generator generator;
+        QVERIFY(!generator.generate({str("q1_ln2_pll_sel ") + f[0], str("q1_ln2_tx_rate ") + f[1], str("mclk_freq ") + f[2]},
+                                    dir.filePath(str("a.csr")), {}));
+        QCOMPARE(generator.getErrStringList(), texts(str(row[1]).replace(str("ALL"), all)));
+    }
+    QVERIFY(QDir(dir.path()).isEmpty());
+}
+
+// Every part the core's descriptor supports, in the grades of its family; a part's lanes are
+// those of its quads.
 void TestRegistry::deviceLibrary()
 {
     const QStringList all = texts(str("Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q1 Lane0|Q1 Lane1|Q1 Lane2|Q1 Lane3"));
-    for (const char *row : {"DVA-1-C2I1|DVA-1|C2/I1|1", "DVA-2-I2|DVA-2|I2|2", "DVB-1-C2I1|DVB-1|C2/I1|1",
-                            "DVB-4-C1|DVB-4|C1|2", "DVC-1-C2I1|DVC-1|C2/I1|2", "DVC-2-I2|DVC-2|I2|1"}) {
-        const QStringList f = texts(str(row));
-        const DEV::DeviceArg expected(f[0], f[1], f[2], all.mid(0, 4 * f[3].toInt()));
-        QCOMPARE(Core::IdeCore::deviceDataBase()->findDevice(f[0]), expected);
-        QVERIFY(expected != DEV::DeviceArg(f[0], f[1], f[2], all.mid(4)) && !expected.isNull());
-        QCOMPARE(DEV::DeviceDb({expected}).findDevice(f[0]).condition(), f[2]);
+    QStringList ids, parts;
+    for (const char *row : {"DVA-1 1 C2/I1 I2", "DVA-2 2 C2/I1 I2", "DVB-1 1 C2/I1 C1", "DVB-2 1 C2/I1 C1", "DVB-3 2 C2/I1 C1",
+                            "DVB-4 2 C2/I1 C1", "DVB-5 2 C2/I1 C1", "DVB-6 2 C2/I1 C1", "DVC-1 2 C2/I1 I2", "DVC-2 1 I2"}) {
+        const QStringList f = str(row).split(QLatin1Char(' '));
+        parts << f[0];
+        for (const QString &grade : f.mid(2)) {
+            ids << f[0] + QLatin1Char('-') + QString(grade).remove(QLatin1Char('/'));
+            const DEV::DeviceArg expected(ids.last(), f[0], grade, all.mid(0, 4 * f[1].toInt()));
+            QCOMPARE(Core::IdeCore::deviceDataBase()->findDevice(ids.last()), expected);
+            QVERIFY(expected != DEV::DeviceArg(ids.last(), f[0], grade, all.mid(4)) && !expected.isNull());
+            QCOMPARE(DEV::DeviceDb({expected}).findDevice(ids.last()).condition(), grade);
+        }
     }
+    QStringList library;
+    for (const DEV::DeviceArg &device : Core::IdeCore::deviceDataBase()->devices())
+        library << device.id();
+    QCOMPARE(library, ids);
     QVERIFY(Core::IdeCore::deviceDataBase()->findDevice(str("DVC-1")).isNull());
+    const QVariantMap descriptor = IPCore::processIPInfoSpec(str(CPRI_PACKAGE_DIR "/cpri.ipspec"));
+    const QStringList supported = descriptor.value(str("ipcore.device.supported")).toStringList();
+    QVERIFY(!supported.isEmpty());
+    for (const QString &part : supported)
+        QVERIFY2(parts.contains(part), qPrintable(part));
 }
 
 QTEST_MAIN(TestRegistry)

@@ -14,31 +14,41 @@ QStringList lanesOfQuads(int quads)
     return lanes;
 }
 
-struct DeviceRow
+// A part of the library, with its transceiver quads and the grades it is sold in.
+struct PartRow
 {
-    const char *id;
     const char *part;
-    const char *grade;
     int quads;
+    QStringList grades;
 };
 
-// The devices of the reference host's library: parts of the DVA and DVB
-// families and of the general-purpose DVC family, in two grades each.
-const DeviceRow deviceRows[] = {
-    {"DVA-1-C2I1", "DVA-1", "C2/I1", 1},
-    {"DVA-2-I2", "DVA-2", "I2", 2},
-    {"DVB-1-C2I1", "DVB-1", "C2/I1", 1},
-    {"DVB-4-C1", "DVB-4", "C1", 2},
-    {"DVC-1-C2I1", "DVC-1", "C2/I1", 2},
-    {"DVC-2-I2", "DVC-2", "I2", 1},
+// The grades of a family: the top grade first.
+const QStringList gradesAandC = {QStringLiteral("C2/I1"), QStringLiteral("I2")};
+const QStringList gradesB = {QStringLiteral("C2/I1"), QStringLiteral("C1")};
+
+// The parts of the reference host's library: the DVA and DVB families and
+// the general-purpose DVC family. The small parts have one quad of
+// transceivers, the larger ones two.
+const PartRow partRows[] = {
+    {"DVA-1", 1, gradesAandC}, {"DVA-2", 2, gradesAandC},
+    {"DVB-1", 1, gradesB},     {"DVB-2", 1, gradesB},     {"DVB-3", 2, gradesB},
+    {"DVB-4", 2, gradesB},     {"DVB-5", 2, gradesB},     {"DVB-6", 2, gradesB},
+    {"DVC-1", 2, gradesAandC}, {"DVC-2", 1, {QStringLiteral("I2")}},
 };
+
+// A device's identifier: the part and its grade without "/" ("DVA-1-C2I1").
+QString deviceId(const QString &part, QString grade)
+{
+    return part + QLatin1Char('-') + grade.remove(QLatin1Char('/'));
+}
 
 QList<DeviceArg> builtInDevices()
 {
     QList<DeviceArg> devices;
-    for (const DeviceRow &row : deviceRows) {
-        devices << DeviceArg(QString::fromLatin1(row.id), QString::fromLatin1(row.part),
-                             QString::fromLatin1(row.grade), lanesOfQuads(row.quads));
+    for (const PartRow &row : partRows) {
+        const QString part = QString::fromLatin1(row.part);
+        for (const QString &grade : row.grades)
+            devices << DeviceArg(deviceId(part, grade), part, grade, lanesOfQuads(row.quads));
     }
     return devices;
 }

@@ -66,6 +66,75 @@ LaneClocking readClocking(const QStringList &settings, QStringList &errors)
     return clocking;
 }
 
+// Frequencies and rates as the messages write them: up to ten significant digits.
+QString number(double value)
+{
+    return QString::number(value, 'g', 10);
+}
+
+QString kindName(const PllType &type)
+{
+    return type.name.toUpper();
+}
+
+// "QPLL0 (VCO 9.8304 GHz)" for each PLL kind that makes the rate from the reference.
+QStringList kindsThatMake(double refMHz, double rateGbps)
+{
+    QStringList kinds;
+    for (const PllType &type : pllTypes()) {
+        if (const std::optional<PllSetting> s = findSetting(type, refMHz, rateGbps))
+            kinds << QStringLiteral("%1 (VCO %2 GHz)").arg(kindName(type), number(s->vcoGHz));
+    }
+    return kinds;
+}
+
+// The VCOs in the PLL's range that give the rate with one of its output dividers.
+QStringList vcosForRate(const PllType &type, double rateGbps)
+{
+    QStringList vcos;
+    for (int d : type.d) {
+        const double vco = rateGbps * d / type.rateFactor;
+        if (vco >= type.vcoMinGHz && vco <= type.vcoMaxGHz)
+            vcos << number(vco);
+    }
+    return vcos;
+}
+
+// Why a PLL cannot make a line rate from a reference clock, and what would.
+QStringList unreachableRate(const PllType &type, double refMHz, double rateGbps)
+{
+    const QString pll = kindName(type), rate = number(rateGbps), ref = number(refMHz);
+    QStringList lines{QStringLiteral("%1 cannot generate %2 Gbps from a %3 MHz reference clock")
+                          .arg(pll, rate, ref)};
+    const QString range = QStringLiteral("%1 VCO range: %2 to %3 GHz; ")
+                              .arg(pll, number(type.vcoMinGHz), number(type.vcoMaxGHz));
+    const QStringList vcos = vcosForRate(type, rateGbps);
+    if (vcos.isEmpty())
+        lines << range + QStringLiteral("no output divider brings %1 Gbps into it").arg(rate);
+    else
+        lines << range + QStringLiteral("%1 Gbps needs a VCO of %2 GHz, which no divider setting "
+                                        "reaches from %3 MHz")
+                             .arg(rate, vcos.join(QStringLiteral(" or ")), ref);
+    const QStringList kinds = kindsThatMake(refMHz, rateGbps);
+    lines << (kinds.isEmpty()
+                  ? QStringLiteral("No PLL kind generates %1 Gbps from %2 MHz").arg(rate, ref)
+                  : QStringLiteral("These PLL kinds generate %1 Gbps from %2 MHz: %3")
+                        .arg(rate, ref, kinds.join(QStringLiteral(", "))));
+    QStringList refs, tried;
+    for (double common : commonReferencesMHz()) {
+        tried << number(common);
+        if (findSetting(type, common, rateGbps))
+            refs << number(common);
+    }
+    lines << (refs.isEmpty()
+                  ? QStringLiteral("%1 generates %2 Gbps from none of the common reference "
+                                   "clocks (%3 MHz)")
+                        .arg(pll, rate, tried.join(QStringLiteral(", ")))
+                  : QStringLiteral("%1 generates %2 Gbps from these common reference clocks: "
+                                   "%3 MHz").arg(pll, rate, refs.join(QStringLiteral(", "))));
+    return lines;
+}
+
 bool writeCsr(const QString &path, const QStringList &settings, const QStringList &extra,
               const LaneClocking &clocking, const PllSetting &pll, QString *error)
 {
@@ -105,8 +174,13 @@ bool generator::generate(const QStringList &settings, const QString &csrPath,
         return false;
     const std::optional<PllSetting> pll =
         findSetting(*pllType(clocking.pll), clocking.refMHz, clocking.rateGbps);
-    if (!pll)
-        return false; // the rate is out of reach of this reference clock
+    if (!pll) {
+        if (clocking.rateGbps > 0.0)
+            m_errors = unreachableRate(*pllType(clocking.pll), clocking.refMHz, clocking.rateGbps);
+        else
+            m_errors << QStringLiteral("No line rate is set");
+        return false;
+    }
     QString error;
     if (!writeCsr(csrPath, settings, extraSettings, clocking, *pll, &error)) {
         m_errors << QStringLiteral("Cannot write %1: %2").arg(csrPath, error);

@@ -12,10 +12,12 @@ namespace IPSERDESIP {
 // ("<lane>_tx_rate", Gbps) and the reference-clock frequency line
 // ("*_freq", MHz), and finds PLL dividers that produce the rate.
 //
-// generate() is false when the list is malformed (errors listed by
-// getErrStringList), when the file cannot be written (an error too), or
-// when no divider setting produces the rate (no error lines: the rate is
-// simply out of reach of that reference clock).
+// generate() is false, with the reasons listed by getErrStringList, when
+// the list is malformed, when the file cannot be written, or when no
+// divider setting produces the rate: then the lines name the PLL, its VCO
+// range and the VCO the rate would need, the PLL kinds that make the rate
+// from that reference clock, and the common reference clocks from which
+// the chosen PLL would make it.
 class IPHOST_EXPORT generator
 {
 public:

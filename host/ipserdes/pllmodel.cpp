@@ -40,15 +40,28 @@ QVector<PllType> buildPllTypes()
 
 } // namespace
 
-const PllType *pllType(const QString &name)
+const QVector<PllType> &pllTypes()
 {
     static const QVector<PllType> types = buildPllTypes();
+    return types;
+}
+
+const PllType *pllType(const QString &name)
+{
     const QString wanted = name.toLower();
-    for (const PllType &type : types) {
+    for (const PllType &type : pllTypes()) {
         if (type.name == wanted)
             return &type;
     }
     return nullptr;
+}
+
+const QVector<double> &commonReferencesMHz()
+{
+    static const QVector<double> frequencies = {61.44,  76.8,   100.0, 122.88, 125.0,
+                                                153.6,  156.25, 184.32, 200.0, 245.76,
+                                                250.0,  307.2,  312.5,  368.64, 491.52};
+    return frequencies;
 }
 
 std::optional<double> vcoForRate(const PllType &type, double rateGbps)

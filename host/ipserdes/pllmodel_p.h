@@ -30,8 +30,15 @@ struct PllSetting
     double vcoGHz = 0.0;
 };
 
+// The PLL kinds of a quad and its lanes: "qpll0", "qpll1", "cpll".
+const QVector<PllType> &pllTypes();
 // By setting-line name ("qpll0") or by the last part of a PLL key ("QPLL0").
 const PllType *pllType(const QString &name);
+
+// Reference clock frequencies in MHz that boards commonly carry for the
+// transceivers, lowest first: what the generator suggests when a reference
+// cannot make a line rate.
+const QVector<double> &commonReferencesMHz();
 
 // The VCO a PLL would run at to produce the rate, if it can at all.
 std::optional<double> vcoForRate(const PllType &type, double rateGbps);

@@ -11,6 +11,7 @@
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QEvent>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -22,6 +23,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSet>
+#include <QScreen>
 #include <QShowEvent>
 #include <QSplitter>
 #include <QStyle>
@@ -30,6 +32,7 @@
 #include <QTabWidget>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -96,11 +99,18 @@ QString libraryFolder(const void *address)
 
 // Tabs that ask for the room their pages need to show all of their
 // contents, every tab title included: a page's scroll area counts with its
-// whole content rather than the capped size a scroll area asks for.
+// whole content rather than the capped size a scroll area asks for. They
+// are never narrower than that; a page's own scroll area takes up a lack
+// of height.
 class TabArea : public QTabWidget
 {
 public:
     using QTabWidget::QTabWidget;
+
+    QSize minimumSizeHint() const override
+    {
+        return QSize(sizeHint().width(), QTabWidget::minimumSizeHint().height());
+    }
 
     QSize sizeHint() const override
     {
@@ -131,8 +141,9 @@ private:
 };
 
 // Scrolls the port symbol, which it sizes to the symbol's size hint, and
-// asks for the symbol's whole width beside a vertical scroll bar; its
-// height follows the tabs.
+// asks for the symbol's whole width beside a vertical scroll bar, which is
+// also the narrowest it gets: the symbol's names are never cut. Its height
+// follows the tabs.
 class FigureArea : public QScrollArea
 {
 public:
@@ -148,7 +159,42 @@ public:
     {
         const int frame = frameWidth() + frameWidth();
         return QSize(widget()->sizeHint().width() + verticalScrollBar()->sizeHint().width() + frame,
-                     minimumSizeHint().height());
+                     QScrollArea::minimumSizeHint().height());
+    }
+
+    QSize minimumSizeHint() const override
+    {
+        return QSize(sizeHint().width(), QScrollArea::minimumSizeHint().height());
+    }
+};
+
+// Holds everything above the buttons and scrolls it when the dialog is
+// smaller than it: it asks for its content's whole size, not the capped
+// size a scroll area asks for.
+class FrameArea : public QScrollArea
+{
+public:
+    FrameArea(QWidget *content, QWidget *parent)
+        : QScrollArea(parent)
+    {
+        setObjectName(QStringLiteral("frameArea"));
+        setFrameShape(QFrame::NoFrame);
+        setWidgetResizable(true);
+        setWidget(content);
+    }
+
+    QSize sizeHint() const override
+    {
+        return widget()->sizeHint();
+    }
+
+protected:
+    // The content asks for another size: so does the area.
+    bool viewportEvent(QEvent *event) override
+    {
+        if (event->type() == QEvent::LayoutRequest)
+            updateGeometry();
+        return QScrollArea::viewportEvent(event);
     }
 };
 
@@ -199,18 +245,25 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
     fields->addLayout(outputFields);
     fields->addLayout(moduleFields);
 
+    auto *content = new QWidget;
     m_figure = new PinFigureView;
-    m_tabs = new TabArea(this);
+    m_tabs = new TabArea(content);
     m_tabs->setObjectName(QStringLiteral("tabWidget"));
-    auto *splitter = new FigureSplitter(this);
-    splitter->addWidget(new FigureArea(m_figure, splitter));
-    splitter->addWidget(m_tabs);
+    m_splitter = new FigureSplitter(content);
+    m_splitter->setChildrenCollapsible(false);
+    m_figureArea = new FigureArea(m_figure, m_splitter);
+    m_splitter->addWidget(m_figureArea);
+    m_splitter->addWidget(m_tabs);
+    auto *contentLayout = new QVBoxLayout(content);
+    contentLayout->setContentsMargins(QMargins());
+    contentLayout->addLayout(fields);
+    contentLayout->addWidget(m_splitter);
 
+    // The buttons stay below the scrolled frame, always in sight.
     QDialogButtonBox *buttons = makeButtons(this);
-
     auto *mainLayout = new QVBoxLayout(this);
-    mainLayout->addLayout(fields);
-    mainLayout->addWidget(splitter);
+    m_frameArea = new FrameArea(content, this);
+    mainLayout->addWidget(m_frameArea);
     mainLayout->addWidget(buttons);
 
     // accept and reject are virtual: a core's overrides run.
@@ -218,6 +271,7 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(buttons, &QDialogButtonBox::helpRequested, this, &protocolGenDlg::showHelp);
     connect(m_moduleName, &QLineEdit::textChanged, m_figure, &PinFigureView::setTitle);
+    connect(m_moduleName, &QLineEdit::textChanged, this, &protocolGenDlg::fitFigure);
 
     m_existingFolders = existingFolders();
 }
@@ -356,6 +410,29 @@ QString protocolGenDlg::createPath() const
 void protocolGenDlg::uiSetFigurePins(const QList<Utils::PinFigure> &pins)
 {
     m_figure->setPins(pins);
+    fitFigure();
+}
+
+// A wider symbol (more ports, longer names, a longer title) widens its
+// pane; a shown dialog grows by as much, as far as its screen has room,
+// and scrolls what does not fit.
+void protocolGenDlg::fitFigure()
+{
+    m_figureArea->updateGeometry();
+    const int missing = m_figureArea->minimumSizeHint().width() - m_figureArea->width();
+    if (isVisible() && missing > 0)
+        resize(size().expandedTo((size() + QSize(missing, 0)).boundedTo(screenRoom())));
+}
+
+// The room of a shown dialog's screen, less the window frame around the
+// dialog; a frame the window system has not reported counts as a title bar.
+QSize protocolGenDlg::screenRoom() const
+{
+    QMargins frame = windowHandle()->frameMargins();
+    if (frame.isNull())
+        frame.setTop(style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this));
+    return screen()->availableGeometry().size()
+           - QSize(frame.left() + frame.right(), frame.top() + frame.bottom());
 }
 
 QList<Utils::PinFigure> protocolGenDlg::figurePins() const
@@ -403,13 +480,17 @@ bool protocolGenDlg::checkFileExisting()
            == QMessageBox::Yes;
 }
 
-// Opens at the size the contents ask for, unless the host sized the
-// dialog. The window exists by now, so the size is not cut to the screen
-// the way a new window's geometry is.
+// Opens at the size the contents ask for, as far as the screen has room,
+// unless the host sized the dialog, and is placed afresh at that size.
 void protocolGenDlg::showEvent(QShowEvent *event)
 {
-    if (!testAttribute(Qt::WA_Resized))
-        resize(sizeHint());
+    if (!testAttribute(Qt::WA_Resized)) {
+        // What the content asks for now: its scroll areas pass nothing on while hidden.
+        m_splitter->updateGeometry();
+        m_frameArea->updateGeometry();
+        resize(sizeHint().boundedTo(screenRoom()));
+        adjustPosition(parentWidget());
+    }
     QDialog::showEvent(event);
 }
 

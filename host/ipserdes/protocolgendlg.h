@@ -16,6 +16,8 @@ QT_BEGIN_NAMESPACE
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QScrollArea;
+class QSplitter;
 class QTabWidget;
 QT_END_NAMESPACE
 
@@ -27,7 +29,9 @@ class PinFigureView;
 // title, output file name, module name, HDL language, synthesis tool, the
 // core's tabs, a drawing of the core's ports beside them, and OK, Cancel
 // and Help. A core derives from it, adds its tabs and overrides initDialog
-// and loadConfiguration. The dialog opens at the size its contents ask for.
+// and loadConfiguration. The dialog opens at the size its contents ask for,
+// as far as its screen has room; what does not fit scrolls above the
+// buttons, which stay in sight.
 class IPHOST_EXPORT protocolGenDlg : public QDialog
 {
     Q_OBJECT
@@ -92,6 +96,8 @@ protected:
 
 private:
     void updateCreatePath();
+    void fitFigure();
+    QSize screenRoom() const;
     // Opens the help document in the desktop's viewer; an error box names a missing one.
     void showHelp();
 
@@ -105,6 +111,9 @@ private:
     QLabel *m_createPath = nullptr;
     QTabWidget *m_tabs = nullptr;
     PinFigureView *m_figure = nullptr;
+    QScrollArea *m_frameArea = nullptr;
+    QScrollArea *m_figureArea = nullptr;
+    QSplitter *m_splitter = nullptr;
 };
 
 } // namespace IPSERDESIP
