@@ -96,7 +96,7 @@ void TestFrame::tabsFitTheDefaultSize()
 {
     const QRect available = setScreen({1600, 1000});
     for (const QString &device : words("DVA-1-C2I1 DVB-1-C2I1 DVC-1-C2I1")) {
-        Session s(device);
+        Session s(Case().on(device));
         cpridlg *d = s.d.get();
         d->show();
         auto *tabs = w<QTabWidget>(d, "tabWidget");
