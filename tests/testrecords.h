@@ -10,6 +10,11 @@ namespace TestRecords {
 inline QString u(const char *text) { return QString::fromUtf8(text); }
 inline QStringList lines(const QString &text) { return text.split(u("|"), Qt::SkipEmptyParts); }
 inline QStringList lines(const char *text) { return lines(u(text)); }
+// A line list in which "~" stands for a prefix.
+inline QStringList lines(const char *text, const char *prefix)
+{
+    return lines(u(text).replace(u("~"), u(prefix)));
+}
 
 // The record with the changes, each value of the type its key holds; "!key" removes the key.
 inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap r, const QString &changes)
