@@ -1,28 +1,17 @@
-// The plug-in outside its dialog: loaded as a host loads it, the lines and
-// files it generates (compiled by Icarus Verilog with the shipped core), its
-// resource record, its dialog flows and the tables behind them.
+// Generation: the lines a record gives, the files and lists it fills, what
+// happens when something is in the way, and the define files compiled by
+// Icarus Verilog with the shipped core.
 
 #include "testrecords.h"
 
-#include <config/descriptorkeys.h>
-#include <config/speedrules.h>
 #include <generate/definefiles.h>
 #include <generate/synthesisoptions.h>
-#include <modaldriver.h>
 #include <plugin/cpri.h>
 #include <serdes/lanesettings.h>
-#include <serdes/resourcenames.h>
 
-#include <core/idecore.h>
-#include <dev/devicedb.h>
-#include <ipserdes/message.h>
-#include <ipserdes/protocolpackage.h>
 #include <ipserdes/serdes.h>
 
-#include <QDialog>
 #include <QDir>
-#include <QJsonObject>
-#include <QPluginLoader>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -36,15 +25,6 @@ namespace Config = IPCPRI::Config;
 namespace Serdes = IPCPRI::Serdes;
 
 namespace {
-
-// The lines of a file; in the data files, lines starting with "#" are comments.
-QStringList fileLines(const QString &path)
-{
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return QString::fromUtf8(file.readAll()).split(u("\n"), Qt::SkipEmptyParts)
-        .filter(QRegularExpression(u("^[^#]")));
-}
 
 // What generation makes of a record, with the lines of lane q0_ln1 on the
 // part that "target_device" names.
@@ -104,22 +84,9 @@ const QStringList AwaySettings = lines(
     "~tx_ffe_cm 4|~tx_ffe_c1 3|~tx_ffe_c0 33|~rx_sd_thsel 25mV|~rx_eq_mode manual|~rx_att 2|"
     "~rx_boost 15|mclk_freq 156.25|q1_global_reset_en true|q1_rx_eq_bias 12", "q1_ln3_");
 
-// The plug-in's root object with its package folder set; the folder gets a
-// descriptor of the given text unless that is null.
-IPSERDESIP::ProtocolPackage *package(QPluginLoader &loader, const QString &dir,
-                                     const QByteArray &descriptor = QByteArray())
-{
-    QFile file(dir + u("/cpri.ipspec"));
-    if (!descriptor.isNull() && file.open(QIODevice::WriteOnly))
-        file.write(descriptor);
-    auto *root = qobject_cast<IPSERDESIP::ProtocolPackage *>(loader.instance());
-    root->packageDir = dir;
-    return root;
-}
-
 } // namespace
 
-class TestPlugin : public QObject
+class TestGeneration : public QObject
 {
     Q_OBJECT
 
@@ -151,58 +118,6 @@ private slots:
         message = u("untouched");
     }
 
-    void rootObject()
-    {
-        QPluginLoader loader(u(CPRI_PLUGIN_PATH));
-        const QJsonObject meta = loader.metaData();
-        QCOMPARE(meta.value(u("IID")).toString(), u("IPCPRI.cpripackage/1.0"));
-        QCOMPARE(meta.value(u("className")).toString(), u("cpripackage"));
-        QVERIFY(meta.value(u("MetaData")).toObject().isEmpty() && !loader.isLoaded());
-        QObject *root = loader.instance();
-        QVERIFY(root == loader.instance() && !root->qt_metacast(nullptr));
-        QCOMPARE(root->metaObject()->className(), "IPCPRI::cpripackage");
-        for (const char *name : {"IPCPRI::cpripackage", IPSERDESIP_ProtocolPackage_iid, "QObject"})
-            QCOMPARE(root->qt_metacast(name), static_cast<void *>(root));
-        QCOMPARE(root->qt_metacast("IPCPRI::cpri"), nullptr);
-        delete root;
-        QVERIFY(loader.instance() && loader.instance() == loader.instance());
-        QPluginLoader installed(qEnvironmentVariable("CPRI_STAGED_PLUGIN"));
-        auto both = package(loader, u(CPRI_PACKAGE_DIR))->protocols();
-        both += package(installed, QFileInfo(installed.fileName()).path())->protocols();
-        QVERIFY(both.size() == 2 && both.first() != both.last() && !both.first()->parent());
-        // No meta-object of its own: the protocol object reports its base's class.
-        QCOMPARE(both.first()->metaObject()->className(), "IPSERDESIP::BaseProtocol");
-        qDeleteAll(both);
-    }
-
-    // Descriptor text -> id|name|version|categories|summary|part P supported, or no protocol.
-    void protocolsReadTheDescriptor()
-    {
-        const QByteArray ok = "ipcore.id = i\nipcore.name = n\nipcore.version = 2\n";
-        const QList<QPair<QByteArray, const char *>> rows = {
-            {QByteArray(), "none"}, {"ipcore.id=x\nnot a line\n", "none"}, {"ipcore.id=x", "none"},
-            {ok + "ipcore.category += a\nipcore.category += b\nipcore.doc.summary = s\n"
-                  "ipcore.dir.data = /else\nipcore.device.supported += P\n", "i|n|2|a,b|s|true"},
-            {ok, "i|n|2|||true"},
-            {ok + "ipcore.device.supported+=P\nipcore.device.unsupported+=P\n", "i|n|2|||false"},
-        };
-        for (const auto &row : rows) {
-            QTemporaryDir dir;
-            QPluginLoader loader(u(CPRI_PLUGIN_PATH));
-            const auto protocols = package(loader, dir.path(), row.first)->protocols();
-            QString answers = u("none");
-            for (IPSERDESIP::BaseProtocol *p : protocols) {
-                answers = QStringList({p->id(), p->name(), p->version(), p->category().join(u(",")),
-                                       p->summary(), QVariant(p->isDeviceSupported(DEV::DeviceArg(
-                                           u("id"), u("P"), u("C")))).toString()}).join(u("|"));
-                QCOMPARE(static_cast<IPCPRI::cpri *>(p)->descriptor().value(
-                             IPCPRI::Descriptor::DataDir).toString(), dir.path() + u("/data"));
-            }
-            QCOMPARE(answers, u(row.second));
-            qDeleteAll(protocols);
-        }
-    }
-
     // Rows of changes.txt: the first gives the whole output of a base record,
     // each later one the lines that its changes to the base add.
     void recordChanges()
@@ -223,63 +138,6 @@ private slots:
             before = generated(base);
         }
     }
-
-    void laneForms()
-    {
-        for (int number = 0; number < 8; ++number) {
-            const QString q = QString::number(number / 4), l = QString::number(number % 4);
-            const QString name = u("Q%1 Lane%2").arg(q, l);
-            const Serdes::Lane *lane = Serdes::laneByDisplayName(name);
-            QVERIFY(lane);
-            const auto pll = [lane](const char *p) {
-                return Serdes::pllKey(*lane, u(p)).value_or(u("-"));
-            };
-            QCOMPARE(QStringList({lane->key, lane->prefix, lane->quadName, lane->quadPrefix,
-                                  lane->cpllKey, Serdes::laneAccessName(name, true),
-                                  Serdes::laneAccessName(name, false), pll("QPLL0"), pll("QPLL1"),
-                                  pll("CPLL"), pll("qpll0"), pll(""),
-                                  generated(with({}, u("Channel_Selection=") + name)).at(1)}),
-                     lines(u("Q%1_LANE%2|q%1_ln%2|Q%1|q%1|Q%1_CPLL%2|Q%1_LANE%2_RX|Q%1_LANE%2_TX|"
-                             "Q%1_QPLL0|Q%1_QPLL1|Q%1_CPLL%2|-|-|`define LANE_NUM %3")
-                               .arg(q, l).arg(number)));
-        }
-        for (const char *name : {"", "q0 lane0", "Q0Lane0", "Q2 Lane0", "Q0_LANE0"})
-            QVERIFY2(!Serdes::laneByDisplayName(u(name)), name);
-        QVERIFY(Config::keySpec(u("Line_Rate")) && !Config::keySpec(u("Line_rate")));
-        const QStringList others = lines("Q0 REFCLK0|Q0 REFCLK1|Q1 REFCLK0|Q1 REFCLK1");
-        QCOMPARE(Serdes::offeredRefClocks(u("DVA-2")),
-                 lines("Q0 REFCLK0|Q0 REFCLK1|Q0 REFCLK2|Q0 REFCLK3|Q0 REFIN0|Q0 REFIN1"));
-        QCOMPARE(Serdes::offeredRefClocks(u("DVB-6")),
-                 lines("Q0 REFCLK0|Q0 REFCLK1|Q0 REFIN|MCLK"));
-        QCOMPARE(Serdes::offeredRefClocks(u("DVC-1")) + Serdes::offeredRefClocks(u("dva-1")),
-                 others + others);
-    }
-
-    // Rate rows whose box is enabled and checked -> mask, highest rate index, line rate.
-    void speedState()
-    {
-        for (const QString &row : lines(
-                 "-> 000000000000 -1 0.00000Gbps|0 -> 000000000001 0 0.61440Gbps|"
-                 "8 -> 000100000000 8 8.11008Gbps|10 -> 010000000000 10 12.16512Gbps|"
-                 "6 8 -> 000101000000 6 9.83040Gbps|"
-                 "0 1 2 3 4 5 6 7 8 9 10 11 -> 011101111111 10 12.16512Gbps")) {
-            const QString on = row.section(u("->"), 0, 0);
-            QVector<bool> boxes(12);
-            for (const QString &index : on.split(u(" "), Qt::SkipEmptyParts))
-                boxes[index.toInt()] = true;
-            const Config::SpeedState state = Config::speedState(boxes);
-            QCOMPARE(QStringList({on + u("->"), state.mask, QString::number(state.highestIndex),
-                                  Config::lineRateText(state.highest)}).join(u(" ")), row);
-            QCOMPARE(state.rates.size(), 11);
-        }
-        QStringList classes; // those that withdraw rates before moving a check to 1.2288 Gbps
-        for (const Config::SpeedClass &c : Config::speedClasses())
-            classes << c.key + (c.disableBeforeMove && !c.moveCheckFrom.isEmpty() ? u(" first")
-                                                                                   : u(""));
-        QCOMPARE(classes, lines("3.072G_and_Under|6.144G_and_Under|9.8304G_and_Under first|"
-                                "10.1376G_and_Under first|12.16512G_and_Under"));
-    }
-
 
     // The files hold the record's lines; the lists are appended to.
     void generatesTheFiles()
@@ -360,48 +218,7 @@ private slots:
         }
     }
 
-    // Changes to an empty record -> its resource record: core|instance|file|module, then the
-    // PLLs, clocks, frequencies, lanes, rates and the two unused lists, each quoted.
-    void resourceRecord()
-    {
-        QVERIFY(generate(away()));
-        for (const QString &row : fileLines(u(CPRI_SOURCE_DIR "/tests/resources.txt"))) {
-            const QString changes = row.section(u(" =>"), 0, 0);
-            std::unique_ptr<IPSERDESIP::Message> m(protocol->checkResources(with({}, changes)));
-            QString fields = changes + u(" => ") + m->coreName + u("|") + m->instanceName + u("|")
-                             + m->fileValue + u("|") + m->moduleValue;
-            for (const QStringList &list : {m->pllList, m->refClockList, m->refFreqList,
-                                            m->laneList, m->lineRates, m->auxList1, m->auxList2})
-                fields += u("|") + (list.isEmpty() ? u("") : u("'") + list.join(u("','")) + u("'"));
-            QCOMPARE(fields, row);
-        }
-        QCOMPARE(protocol->configuration(), away());
-    }
-
-    void dialogFlows()
-    {
-        QVERIFY(generate(away())); // leaves a record in the protocol object
-        const DEV::DeviceArg device = Core::IdeCore::deviceDataBase()->findDevice(u("DVA-1-C2I1"));
-        IPSERDESIP::serdes::instance()->setDevice(device);
-        int shown = 0;
-        CpriHost::ModalDriver driver;
-        driver.setDialogHandler([&shown](QDialog *dialog) {
-            for (const char *box : {"speedSel98304", "speedEnable98304"}) // a class and a rate
-                QMetaObject::invokeMethod(dialog->findChild<QObject *>(u(box)), "click");
-            ++shown == 3 ? dialog->accept() : dialog->reject();
-            if (dialog->isVisible())
-                dialog->reject();
-        });
-        driver.start();
-        QVERIFY(protocol->createConfig(u("cpri_0"), device).isEmpty());
-        QCOMPARE(protocol->configuration(), away()); // neither cleared nor collected
-        QVERIFY(protocol->editConfig(with(initial(), "target_device=DVA-1-C2I1")).isEmpty());
-        QVERIFY(protocol->editConfig(with(initial(), "version=1.1")).isEmpty()); // never shown
-        const ConfigMap created = protocol->createConfig(u("cpri_0"), device);
-        QVERIFY(created == protocol->configuration() && shown == 3);
-        QCOMPARE(created.value(u("target_device")).toString(), u("DVA-1-C2I1"));
-    }
 };
 
-QTEST_MAIN(TestPlugin)
-#include "tst_plugin.moc"
+QTEST_MAIN(TestGeneration)
+#include "tst_generation.moc"
