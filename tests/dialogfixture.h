@@ -217,12 +217,15 @@ inline QString figure(const cpridlg &d)
     return groups.join(' ');
 }
 
-// One case, named after what it checks: on a device (DVA-1 unless on()), with
-// what other cores hold (given(): "pll:<key>:<Gbps>", "ref:<source>:<MHz>:<users>",
-// "data:<key>:<int>", "folder" the core's folder exists, "nodir" the working
-// folder is a file, "full" no free lane) and a saved record (saved(), else a new
-// core), the user does the steps, answering Yes unless answering(No); then what
-// the user sees (sees(), see Session::see) and the boxes that came up (boxes()).
+// One case, named after what it checks (its test row's name):
+//   on(device)    the device, DVA-1 unless named;
+//   given(setup)  what other cores hold: "pll:<key>:<Gbps>", "ref:<source>:<MHz>:<users>",
+//                 "data:<key>:<int>", "folder" (the core's folder exists), "nodir" (the
+//                 working folder is a file), "full" (no free lane);
+//   saved(record) the record the dialog opens ("key=value;..."), else a new core;
+//   does(steps)   what the user does (see act()), answering Yes unless answering(No);
+//   sees(looks)   what the user then sees: "name look;..." (see Session::see);
+//   boxes(shown)  the message boxes that came up: "title: text|...", "...*" matching a start.
 struct Case
 {
     explicit Case(const QString &name = QString()) : name(name) {}
@@ -342,6 +345,7 @@ struct Session
     bool opened = true;
 };
 
+// Runs a case; every route it tried is freed again.
 inline void check(const Case &c)
 {
     Session s(c);
@@ -351,11 +355,11 @@ inline void check(const Case &c)
         looks << s.see(entry.section(' ', 0, 0));
     QCOMPARE(looks, split(c.looks));
     QStringList seen = s.seen(), boxes = split(c.shown, '|');
-    for (int i = 0; i < qMin(seen.size(), boxes.size()); ++i) // "...*" matches a start
+    for (int i = 0; i < qMin(seen.size(), boxes.size()); ++i)
         if (boxes[i].endsWith('*'))
             seen[i] = seen[i].left(boxes[i].size() - 1) + '*';
     QCOMPARE(seen, boxes);
-    QVERIFY(registry()->pendingRoutes().isEmpty()); // every route tried is freed again
+    QVERIFY(registry()->pendingRoutes().isEmpty());
 }
 
 // One test row per case of a table, under the case's name.

@@ -84,7 +84,7 @@ const Case Versions[] = {
 // index and text changes run, the speed rules and rate reading do not; the
 // bias decision is taken after the lane change that resets it.
 const Case Loading[] = {
-    Case("every kind of widget").given("data:Q0_BIAS:12")
+    Case("boxes, lists and fields").given("data:Q0_BIAS:12")
         .saved("version=1.0;3.072G_and_Under=true;10.1376Gbps=true;GMII=true;Real_Time_Vendor=true;"
                "Slave=true;Initial_Protocol_Version2=true;Channel_Selection=Q0 Lane2;"
                "PLL_Selection=QPLL1;Reference_CLK_Source=Q0 REFCLK1;Reference_CLK_Frequency=153.6;"
@@ -122,12 +122,12 @@ const Case SpeedRules[] = {
         .sees("rates -*+++++++-;classes +++*+;lineRate 12.16512Gbps-"),
     Case("classes exclusive").does("speedSel3072;speedSel1216512")
         .sees("rates -+++++++++;classes ++++*"),
-    Case("6G then 10G class").does("speedSel6144;speedSel101376")
+    Case("10G class after 6G").does("speedSel6144;speedSel101376")
         .sees("rates -++++++++-;classes +++*+"),
-    Case("DVB stops at 8.1G").on(Dvb).sees("rates -+++++++--"),
-    Case("DVB 12G class").on(Dvb).does("speedEnable811008;speedSel1216512")
+    Case("C1 grade to 8.1G").on(Dvb).sees("rates -+++++++--"),
+    Case("C1 grade 12G class").on(Dvb).does("speedEnable811008;speedSel1216512")
         .sees("rates -++++++*--;classes ++++*"),
-    Case("DVB 6G then 10G class").on(Dvb).does("speedSel6144;speedSel101376")
+    Case("C1 grade 10G after 6G").on(Dvb).does("speedSel6144;speedSel101376")
         .sees("rates -+++++++--;classes +++*+"),
     Case("disabled rate ignores clicks").on("DVC-2-I2").does("speedEnable1216512")
         .sees("rates -+++++++--;lineRate 0Gbps-"),
@@ -144,8 +144,8 @@ const Case RateOptions[] = {
     Case("class withdraws 10G").does("speedEnable101376;speedSel98304")
         .sees(Rtv + '-' + Enc + "-^"),
     Case("2.4G neither").does("speedEnable811008;speedEnable24576").sees(Rtv + '-' + Enc + "-^"),
-    Case("unlisted 3G 64B/66B").on(Dvc).does("speedEnable3072").sees(Rtv + '-' + Enc),
-    Case("unlisted 12G both").on(Dvc).does("speedEnable1216512").sees(Rtv + Enc),
+    Case("unlisted device 3G").on(Dvc).does("speedEnable3072").sees(Rtv + '-' + Enc),
+    Case("unlisted device 12G").on(Dvc).does("speedEnable1216512").sees(Rtv + Enc),
 };
 
 // What a field keeps of what the user types once the user leaves it.
@@ -197,7 +197,7 @@ const Case Taps[] = {
 const QString Q00 = Msg::bias("Q0 Lane1, Q0 Lane2, Q0 Lane3", 11) + '|' + Msg::Succeed,
               Q10 = Msg::bias("Q1 Lane1, Q1 Lane2, Q1 Lane3", 5) + '|' + Msg::Succeed;
 const Case BiasDefaults[] = {
-    Case("accepted on the quad").on(Dvc).given("data:Q1_BIAS:12")
+    Case("same quad keeps accepted").on(Dvc).given("data:Q1_BIAS:12")
         .does("speedEnable98304;biasSpinBox=11;Calculate;ChannelSel=Q0 Lane1")
         .sees("biasSpinBox 0..15=11;biasFlag 0").boxes(Q00),
     Case("registry's on another quad").on(Dvc).given("data:Q1_BIAS:12")

@@ -85,6 +85,7 @@ private slots:
         QCOMPARE(classes, lines("3.072G_and_Under|6.144G_and_Under|9.8304G_and_Under first|"
                                 "10.1376G_and_Under first|12.16512G_and_Under"));
     }
+
     // Changes to an empty record -> its resource record: core|instance|file|module, then the
     // PLLs, clocks, frequencies, lanes, rates and the two unused lists, each quoted.
     void resourceRecord()
