@@ -331,7 +331,7 @@ bool RecordCheck::Opened::encodingShown() const
 {
     if (!Serdes::inFamily(Serdes::BothFamilies, m_part))
         return true;
-    return Config::Coded64b66bRates.contains(m_rate);
+    return Config::coded64b66bRates().contains(m_rate);
 }
 
 ConfigMap RecordCheck::Opened::collected() const
@@ -366,7 +366,7 @@ ConfigMap RecordCheck::Opened::collected() const
     for (const QString &key : maskedKeys())
         r.insert(key, maskFit(loaded(key).toString(), Config::initialValue(key).toString().size()));
     r.insert(Key::FixedConfigEnable, loaded(Key::FixedConfigEnable).toBool());
-    const bool vendorRate = Config::RealTimeVendorRates.contains(m_rate) && m_speed.highest > 0;
+    const bool vendorRate = Config::realTimeVendorRates().contains(m_rate) && m_speed.highest > 0;
     r.insert(Key::RealTimeVendor, loaded(Key::RealTimeVendor).toBool() && vendorRate);
     r.insert(Key::ChannelSelection, m_lane);
     r.insert(Key::LineRate, Config::lineRateText(m_speed.highest));
