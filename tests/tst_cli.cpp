@@ -116,10 +116,19 @@ void TestCli::generateWritesTheCoreFiles()
     QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q && settings.contains("q0_refclk0_freq 122.88"_q)
             && result.value("synthesisOptions"_q).toArray().size() == 15);
     const QString dir = work.path() + "/cpri_0/temp/cpri"_q;
-    QCOMPARE(result.value("files"_q).toVariant().toStringList(),
-             QStringList({dir + "/top_define.vh"_q, dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q}));
+    QCOMPARE(result.value("files"_q).toVariant().toStringList(), QStringList({dir + "/top_define.vh"_q,
+             dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q, dir + "/cpri_top.v"_q, dir + "/cpri.csr"_q}));
     QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini"_q)), settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
     QCOMPARE(entries(work.path() + "/cpri_0/temp"_q), QStringList{"cpri"_q}); // nothing left beside
+    // A register file and a top level of another run give way to the ones of this run's lines.
+    QVERIFY(write(dir + "/cpri.csr"_q, "stale\n") && write(dir + "/old_top.v"_q, read(dir + "/cpri_top.v"_q))
+            && write(dir + "/mine.v"_q, "module mine;\nendmodule\n"));
+    const QString record = writeRecord(work.filePath("6g.json"_q), R"({"9.8304G_and_Under": false, "6.144G_and_Under": true,
+        "9.8304Gbps": false, "6.144Gbps": true, "Line_Rate": "6.14400Gbps", "highest_SpeedIndex": 5, "speedEnables_Record": "000000100000"})");
+    QCOMPARE(runHost({"generate"_q, record, "--workdir"_q, work.path()}).exitCode, 0);
+    const QByteArray ini = read(dir + "/cpri.ini"_q), csr = read(dir + "/cpri.csr"_q);
+    QVERIFY2(ini.contains("q0_ln1_tx_rate 6.14400\n") && csr.startsWith(ini) && csr.contains("q0_ln1_vco_ghz 12.288000\n"), csr.constData());
+    QCOMPARE(entries(dir), QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q, "cpri_top.v"_q, "mine.v"_q, "top_define.vh"_q}));
 }
 
 void TestCli::generateTakesSeveralRecords()
@@ -170,10 +179,24 @@ void TestCli::refusal_data()
     row("list value", R"({"extra": [1]})", "\"extra\" must be a text");
     row("empty record", "{}", "the record is empty");
     row("unknown device", changed(R"({"target_device": "XYZ"})"), "unknown device");
-    row("no workdir", "{}", "--workdir", "generate RECORD");
+    // The command line: the first thing missing, and options a command does not take.
+    row("no record", "{}", "generate needs at least one RECORD.json", "generate --workdir WORK");
     row("unknown command", "{}", "unknown command", "frobnicate");
-    row("resources without record", "{}", "RECORD.json", "resources");
+    row("resources without record", "{}", "resources needs one RECORD.json", "resources");
+    row("two records", "{}", "ports takes one RECORD.json, not 2", "ports RECORD RECORD");
+    row("argument to info", "{}", "info takes no arguments, not \"x\"", "info x");
+    row("template in a workdir", "{}", "template does not take --workdir (see --help)", "template RECORD --workdir WORK");
+    row("project on a device", "{}", "project does not take --device", "project RECORD --device DVA-1-C2I1");
+    row("unknown option", "{}", "Unknown option 'frob'", "generate RECORD --frob");
     row("dialog on an unknown device", "{}", "unknown device", "dialog --device nope --screenshot WORK");
+    row("core without project", "{}", "--core needs --project PROJECT.json", "dialog --core 1 --accept --workdir WORK");
+    row("project without core", "{}", "dialog --project needs --core N", "dialog --project RECORD --accept --workdir WORK");
+    row("project and record", "{}", "--edit does not go with --project", "dialog --project RECORD --core 1 --edit RECORD --workdir WORK");
+    row("prefix with a blank", changed("{}"), "--prefix \"a b\" must be printable", "template RECORD --prefix a%20b");
+    // Shared values are what the dialog's bias box offers.
+    row("bias too high", changed("{}"), "--shared Q0_BIAS=16: Q0_BIAS takes 0 to 15, not 16", "generate RECORD --shared Q0_BIAS=16 --workdir WORK");
+    row("bias not a number", changed("{}"), "--shared Q0_BIAS=x: it takes KEY=INTEGER", "generate RECORD --shared Q0_BIAS=x --workdir WORK");
+    row("no bias", changed("{}"), "--shared Q2_BIAS=1: \"Q2_BIAS\" is no quad bias", "generate RECORD --shared Q2_BIAS=1 --workdir WORK");
     // Texts reach define files and setting lines as they are.
     row("module with a line", changed(R"({"module": "a\n`include \"/etc/passwd\""})"), "\"module\" holds the control character U+000A");
     row("rate with a line", changed(R"({"Line_Rate": "9.83040Gbps\nq0_ln2_enable true"})"), "\"Line_Rate\" holds the control character U+000A");
@@ -218,7 +241,8 @@ void TestCli::refusal()
     QTemporaryDir dir;
     const QString path = dir.filePath("record.json"_q), work = dir.filePath("work"_q);
     QVERIFY(record.isEmpty() || write(path, record));
-    const Result r = runHost(arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' ')));
+    QStringList words = arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' '));
+    const Result r = runHost(words.replaceInStrings("%20"_q, " "_q));
     const QString err = QString::fromUtf8(r.err);
     QVERIFY2(err.startsWith("cpri-host: "_q) && err.contains(message) && err.count(QLatin1Char('\n')) == 1, qPrintable(err));
     QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(work));
@@ -284,25 +308,29 @@ void TestCli::dialogScreenshots()
         QVERIFY2(QImage(shot).width() > 600, qPrintable(shot));
 }
 
-// Each round writes a set whose three files all name the round. Runs are
-// killed at changes beside the core's folder, or raced two at a time; the
-// folder must always hold one complete set, and a finished run leaves
-// nothing beside it.
+// Each round writes a set whose files all name the round. Runs are killed
+// at changes beside the core's folder, or raced two at a time; the folder
+// must always hold one complete set, and a finished run leaves nothing
+// beside it.
 void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
 {
     QTemporaryDir work;
     const QString temp = work.filePath("core/temp"_q), dir = temp + "/cpri"_q;
+    const QStringList frequencies = "122.88 153.6 245.76 98.304 76.8 196.608 102.4"_q.split(QLatin1Char(' ')); // all make 9.8304 Gbps
     const auto start = [&](QProcess &run, int round) {
         run.start(CPRI_HOST_PATH ""_q, {"generate"_q, writeRecord(work.filePath("r%1"_q.arg(round)), QStringLiteral(
             R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "Reference_CLK_Frequency": "%2"})")
-            .arg(round).arg(100 + round).toUtf8()), "--workdir"_q, work.path()});
+            .arg(round).arg(frequencies.at(round % 7)).toUtf8()), "--workdir"_q, work.path()});
         return &run;
     };
     const auto heldRound = [&] { // the round whose complete set the folder holds, or -1
         const int round = QString::fromUtf8(read(dir + "/top_define.vh"_q)).section("module_name m"_q, 1).toInt();
-        return entries(dir) == QStringList({"cpri.ini"_q, "cpri_defines.vh"_q, "top_define.vh"_q})
-            && read(dir + "/cpri_defines.vh"_q).contains("CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n')
-            && read(dir + "/cpri.ini"_q).contains("q0_refclk0_freq " + QByteArray::number(100 + round) + '\n') ? round : -1;
+        const QByteArray period = "CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n';
+        const QByteArray frequency = "q0_refclk0_freq " + frequencies.value(round % 7).toUtf8() + '\n';
+        const QString top = "/m%1.v"_q.arg(round);
+        return entries(dir) == QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q, top.mid(1), "top_define.vh"_q})
+            && read(dir + "/cpri_defines.vh"_q).contains(period) && read(dir + top).contains(period)
+            && read(dir + "/cpri.ini"_q).contains(frequency) && read(dir + "/cpri.csr"_q).contains(frequency) ? round : -1;
     };
     QProcess first;
     QVERIFY(start(first, 1)->waitForFinished(-1) && heldRound() == 1);
