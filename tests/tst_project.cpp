@@ -50,15 +50,18 @@ void writeJson(const QString &path, const QJsonObject &object)
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(object).toJson()) > 0);
 }
 
-// The example project in a scratch folder, its record files where they are,
-// with one more core and changes of its own; its path.
-QString writeProject(const QTemporaryDir &dir, const QJsonValue &extra, const QJsonObject &changes = {})
+// The example project in a scratch folder, its record files where they are
+// (or copied beside it, for a run that writes them), with one more core and
+// changes of its own; its path.
+QString writeProject(const QTemporaryDir &dir, const QJsonValue &extra, const QJsonObject &changes = {},
+                     bool copyRecords = false)
 {
     QJsonObject project = readJson(Example + "project.json");
     QJsonArray cores = project.value("cores").toArray();
-    for (QJsonValueRef core : cores) { // the record files stay where they are
+    for (QJsonValueRef core : cores) {
         QJsonObject entry = core.isObject() ? core.toObject() : QJsonObject{{"record", core}};
-        entry["record"] = Example + entry.value("record").toString();
+        const QString record = entry.value("record").toString();
+        entry["record"] = copyRecords && QFile::copy(Example + record, dir.filePath(record)) ? record : Example + record;
         core = entry;
     }
     if (!extra.isNull())
@@ -231,7 +234,7 @@ private slots:
         b["ifChangedAllOfBias"] = true;
         writeJson(dir.filePath("b.json"), b);
         const QJsonObject c = runHost({"dialog", "--edit", Example + "cpri_c.json", "--accept"}).report;
-        const QString project = writeProject(dir, QJsonValue(), {{"shared", QJsonObject{{"Q0_BIAS", 7}}}});
+        const QString project = writeProject(dir, QJsonValue(), {{"shared", QJsonObject{{"Q0_BIAS", 7}}}}, true);
         QJsonObject file = readJson(project);
         QJsonArray cores = file["cores"].toArray();
         cores[0] = QJsonObject{{"record", cores[0].toObject()["record"]}, {"quadBias", 12}};
