@@ -127,9 +127,10 @@ int runPorts(PluginHost &host, const Options &options)
     QJsonArray ports;
     for (const IPCPRI::CorePort &port : IPCPRI::corePorts(job.record)) {
         const bool output = port.direction == IPCPRI::CorePort::Output;
+        const QString direction = output ? QStringLiteral("output") : QStringLiteral("input");
         ports.append(QJsonObject{
             {QStringLiteral("name"), port.name},
-            {QStringLiteral("direction"), output ? QStringLiteral("output") : QStringLiteral("input")},
+            {QStringLiteral("direction"), direction},
             {QStringLiteral("width"), port.width},
         });
     }

@@ -54,18 +54,23 @@ public:
 // --project and --core go together, and the project holds what other options would give.
 QString projectOptionsProblem(const Options &options)
 {
+    if (options.project.isEmpty() && !options.core.isEmpty())
+        return QStringLiteral("--core needs --project PROJECT.json");
     if (options.project.isEmpty())
-        return options.core.isEmpty() ? QString() : QStringLiteral("--core needs --project PROJECT.json");
+        return QString();
     if (options.core.isEmpty())
         return QStringLiteral("dialog --project needs --core N");
-    const QList<QPair<bool, QString>> others = {{!options.editRecord.isEmpty(), QStringLiteral("edit")},
-                                                {!options.device.isEmpty(), QStringLiteral("device")},
-                                                {!options.occupied.isEmpty(), QStringLiteral("occupy")},
-                                                {!options.shared.isEmpty(), QStringLiteral("shared")}};
+    const QList<QPair<bool, QString>> others = {
+        {!options.editRecord.isEmpty(), QStringLiteral("edit")},
+        {!options.device.isEmpty(), QStringLiteral("device")},
+        {!options.occupied.isEmpty(), QStringLiteral("occupy")},
+        {!options.shared.isEmpty(), QStringLiteral("shared")},
+    };
     for (const auto &other : others) {
         if (other.first)
             return QStringLiteral("--%1 does not go with --project: the project holds the core's "
-                                  "record, device, other cores and shared values").arg(other.second);
+                                  "record, device, other cores and shared values")
+                .arg(other.second);
     }
     return QString();
 }
@@ -165,7 +170,8 @@ int runDialog(PluginHost &host, const Options &options)
     MadeFolders made;
     QStringList screenshots;
     bool refused = false;
-    const QMap<QString, QVariant> result = runDialogWindow(host, options, subject, screenshots, refused);
+    const QMap<QString, QVariant> result =
+        runDialogWindow(host, options, subject, screenshots, refused);
     if (!options.screenshotDir.isEmpty()) {
         print(QJsonDocument(QJsonObject{{QStringLiteral("screenshots"), toArray(screenshots)}}));
         return screenshots.isEmpty() ? fail(QStringLiteral("the dialog was not shown"), Failed)

@@ -82,8 +82,8 @@ bool writeTopLevel(PluginHost &host, IPCore::OutputSet &set,
         return false;
     }
     const QString name = record.value(Key::Module).toString() + Gen::CoreTopLevelSuffix;
-    if (!removeOldTopLevels(set, name)
-        || !IPCore::generateFile(set.folder() + QLatin1Char('/') + name, lines, nullptr, QString())) {
+    const QString path = set.folder() + QLatin1Char('/') + name;
+    if (!removeOldTopLevels(set, name) || !IPCore::generateFile(path, lines, nullptr, QString())) {
         error = IPCore::lastError();
         return false;
     }
@@ -102,7 +102,8 @@ bool writeRegisterFile(IPCore::OutputSet &set, const QStringList &settings, QStr
     const QStringList errors = generator.getErrStringList();
     // Without error lines the rate is out of the reference clock's reach: a bad record.
     code = errors.isEmpty() ? BadInput : Failed;
-    error = errors.isEmpty() ? IPCPRI::Texts::LineRateUnreachable : errors.join(QStringLiteral("; "));
+    error = errors.isEmpty() ? IPCPRI::Texts::LineRateUnreachable
+                             : errors.join(QStringLiteral("; "));
     return false;
 }
 

@@ -42,8 +42,10 @@ QString instantiationTemplate(const IPCPRI::ConfigMap &record, const QString &pr
     text += QStringLiteral("%1 %2 (\n").arg(verilogIdentifier(record.value(Key::Module).toString()),
                                            verilogIdentifier(record.value(Key::File).toString()));
     QStringList connections;
-    for (const CorePort &port : ports)
-        connections << QStringLiteral("    .%1(%2)").arg(port.name, verilogIdentifier(prefix + port.name));
+    for (const CorePort &port : ports) {
+        connections << QStringLiteral("    .%1(%2)")
+                           .arg(port.name, verilogIdentifier(prefix + port.name));
+    }
     return text + connections.join(QStringLiteral(",\n")) + QStringLiteral("\n);\n");
 }
 

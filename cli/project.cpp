@@ -138,11 +138,13 @@ bool Project::readShared(const QJsonObject &object, QString &error)
 {
     const QJsonObject values = object.value(Field::Shared).toObject();
     for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
+        const int value = it.value().toInt();
         const QString problem = isInteger(it.value())
-                                    ? IPSERDESIP::serdes::quadBiasProblem(it.key(), it.value().toInt())
+                                    ? IPSERDESIP::serdes::quadBiasProblem(it.key(), value)
                                     : QStringLiteral("it must be an integer");
         if (!problem.isEmpty()) {
-            error = QStringLiteral("%1: the shared value \"%2\": %3").arg(m_path, it.key(), problem);
+            error = QStringLiteral("%1: the shared value \"%2\": %3")
+                        .arg(m_path, it.key(), problem);
             return false;
         }
         shared.insert(it.key(), it.value().toInt());
@@ -161,7 +163,8 @@ bool Project::readCore(const QJsonValue &entry, int number, QString &error)
         record = entry.toObject().value(Field::Record);
         const QJsonValue bias = entry.toObject().value(Field::QuadBias);
         if (!bias.isUndefined() && !isInteger(bias)) {
-            error = QStringLiteral("%1: the quadBias of %2 must be an integer").arg(m_path, core.label);
+            error = QStringLiteral("%1: the quadBias of %2 must be an integer")
+                        .arg(m_path, core.label);
             return false;
         }
         if (!bias.isUndefined())
@@ -242,8 +245,11 @@ QString Project::conflictingName(const Core &core, const Core &earlier, QString 
             return name;
     }
     kind = NameKind::Wire;
-    const QStringList earlierNames = templateNames(earlier.record, defaultWirePrefix(earlier.record));
-    for (const QString &name : templateNames(core.record, defaultWirePrefix(core.record))) {
+    const auto names = [](const Core &c) {
+        return templateNames(c.record, defaultWirePrefix(c.record));
+    };
+    const QStringList earlierNames = names(earlier);
+    for (const QString &name : names(core)) {
         if (earlierNames.contains(name))
             return name;
     }
@@ -283,8 +289,10 @@ bool Project::claimBias(const Core &core, Conflict &conflict)
     const QuadBias *quad = claimedQuadBias(core.record);
     if (!quad)
         return true;
-    if (core.quadBias)
-        return registry()->claimQuadBias(quad->registryKey, *core.quadBias, core.instance, &conflict);
+    if (core.quadBias) {
+        return registry()->claimQuadBias(quad->registryKey, *core.quadBias, core.instance,
+                                         &conflict);
+    }
     if (registry()->globalData().contains(quad->registryKey))
         return true;
     conflict = {Conflict::QuadBias, quad->registryKey, QString(),
@@ -340,7 +348,8 @@ bool Project::writeBack(int index, const QMap<QString, QVariant> &record, QStrin
         // claims it, and the project's shared value.
         const int bias = registry()->getData(quad->registryKey).toInt();
         for (int i = 0; i < cores.size(); ++i) {
-            if (i == index || (cores.at(i).quadBias && claimedQuadBias(cores.at(i).record) == quad)) {
+            const bool claims = cores.at(i).quadBias && claimedQuadBias(cores.at(i).record) == quad;
+            if (i == index || claims) {
                 QJsonObject entry = i == index ? QJsonObject{{Field::Record, written}}
                                                : entries.at(i).toObject();
                 entry.insert(Field::QuadBias, bias);

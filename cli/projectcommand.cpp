@@ -121,14 +121,16 @@ bool writeText(const QString &path, const QString &text, QString &error)
 bool writeDesignFiles(const PluginHost &host, const Project &project, QString &error)
 {
     const QDir dir(project.workDir);
+    const QString engine = QDir::cleanPath(
+        QStringList{host.packageDir(), IPCPRI::Descriptor::DataFolder, Gen::EngineSource}.join(
+            QLatin1Char('/')));
     QStringList sources;
     QString templates;
     for (const Project::Core &core : project.cores) {
         if (!core.placed || !core.refusal.isEmpty())
             continue;
         if (sources.isEmpty())
-            sources << QDir::cleanPath(QStringList{host.packageDir(), IPCPRI::Descriptor::DataFolder,
-                                                   Gen::EngineSource}.join(QLatin1Char('/')));
+            sources << engine;
         const QString top = core.record.value(Key::Module).toString() + Gen::CoreTopLevelSuffix;
         for (const QString &file : core.files) {
             if (QFileInfo(file).fileName() == top)
@@ -139,7 +141,8 @@ bool writeDesignFiles(const PluginHost &host, const Project &project, QString &e
     }
     if (!dir.exists())
         return true;
-    const QString lines = sources.isEmpty() ? QString() : sources.join(QLatin1Char('\n')) + QLatin1Char('\n');
+    const QString lines =
+        sources.isEmpty() ? QString() : sources.join(QLatin1Char('\n')) + QLatin1Char('\n');
     return writeText(dir.filePath(SourcesFile), lines, error)
            && writeText(dir.filePath(TemplatesFile), templates, error);
 }
@@ -163,12 +166,14 @@ int runProject(PluginHost &host, const Options &options)
     for (const Project::Core &core : qAsConst(project.cores))
         reports.append(core.report());
     const QDir dir(project.workDir);
-    print(QJsonDocument(QJsonObject{{QStringLiteral("device"), project.device.id()},
-                                    {QStringLiteral("workdir"), dir.absolutePath()},
-                                    {QStringLiteral("sources"), dir.absoluteFilePath(SourcesFile)},
-                                    {QStringLiteral("templates"), dir.absoluteFilePath(TemplatesFile)},
-                                    {QStringLiteral("cores"), reports},
-                                    {QStringLiteral("refused"), refused}}));
+    print(QJsonDocument(QJsonObject{
+        {QStringLiteral("device"), project.device.id()},
+        {QStringLiteral("workdir"), dir.absolutePath()},
+        {QStringLiteral("sources"), dir.absoluteFilePath(SourcesFile)},
+        {QStringLiteral("templates"), dir.absoluteFilePath(TemplatesFile)},
+        {QStringLiteral("cores"), reports},
+        {QStringLiteral("refused"), refused},
+    }));
     return refused ? Failed : Success;
 }
 

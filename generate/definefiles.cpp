@@ -109,7 +109,8 @@ void appendFirst(QStringList &lines, const ConfigMap &record,
 // Every line the two files may hold, in file order.
 QStringList everyDefineLine()
 {
-    QStringList lines{Define::ModuleName, Define::LaneNum, LoopbackPortDefine, Define::SerDes64b66b};
+    QStringList lines{Define::ModuleName, Define::LaneNum, LoopbackPortDefine,
+                      Define::SerDes64b66b};
     for (const FlagDefine &row : portDefines())
         lines << row.line;
     lines << Define::ExtPortEn;

@@ -13,7 +13,8 @@ namespace {
 namespace Key = Config::Key;
 
 const QString UndefLine = QStringLiteral("`undef %1");
-const QString CoreTopLevelHeader = QStringLiteral("// The top level of the core %1: the package's %2");
+const QString CoreTopLevelHeader =
+    QStringLiteral("// The top level of the core %1: the package's %2");
 const QStringList ClosingComment = {
     QStringLiteral("// Nothing defined above outlives this file: the next core of a compilation"),
     QStringLiteral("// starts afresh."),

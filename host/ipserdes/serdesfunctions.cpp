@@ -82,7 +82,8 @@ bool runYosys(const QString &yosys, const QString &folder, const QString &script
     run.start(yosys, {QStringLiteral("-p"), script});
     if (!run.waitForFinished(SynthesisTimeoutMs)) {
         reason = run.error() == QProcess::Timedout
-                     ? QStringLiteral("Yosys did not finish within %1 s").arg(SynthesisTimeoutMs / 1000)
+                     ? QStringLiteral("Yosys did not finish within %1 s")
+                           .arg(SynthesisTimeoutMs / 1000)
                      : run.errorString();
         run.kill();
         run.waitForFinished();
