@@ -120,8 +120,16 @@ private slots:
         for (const char *core : {"cpri_a", "cpri_b", "cpri_c", "cpri_d"})
             tops << dir.filePath(QString(core) + "/temp/cpri/" + core + "_top.v");
         QCOMPARE(lines(run.report.value("sources").toString()), tops); // the engine once, then each core
-        QCOMPARE(cores.at(3).toObject().value("pll").toString(), "Q1_QPLL1");
-        QCOMPARE(lines(dir.filePath("cores_template.v")).filter(QRegularExpression("^\\w+ \\w+ \\($")).join('|'),
+        QCOMPARE(run.report.value("workdir").toString() + '|' + run.report.value("templates").toString(),
+                 dir.path() + '|' + dir.filePath("cores_template.v"));
+        const QJsonObject d = cores.at(3).toObject();
+        QCOMPARE(QStringList({d["core"].toString(), d["source"].toString(), d["instance"].toString(), d["lane"].toString(),
+                              d["pll"].toString(), d["refClock"].toString(), d["files"][3].toString()}),
+                 QStringList({"core 4", Example + "cpri_d.json", "cpri_d:cpri_d_top", "Q1_LANE0", "Q1_QPLL1", "Q1_REFCLK0",
+                              dir.filePath("cpri_d/temp/cpri/cpri_d_top.v")}));
+        const QStringList templates = lines(dir.filePath("cores_template.v"));
+        QCOMPARE(templates.first(), "// core 1 (" + Example + "cpri_a.json)");
+        QCOMPARE(templates.filter(QRegularExpression("^\\w+ \\w+ \\($")).join('|'),
                  "cpri_a_top cpri_a (|cpri_b_top cpri_b (|cpri_c_top cpri_c (|cpri_d_top cpri_d (");
     }
 
@@ -139,6 +147,7 @@ private slots:
                                                   : "Synthesis of cpri failed: Yosys is not on the PATH"), qPrintable(message));
             }
             QCOMPARE(run.errors.size(), yosys ? 0 : 4);
+            QVERIFY(yosys || run.errors.first().startsWith("cpri-host: core 1 (" + Example + "cpri_a.json) not generated: Synthesis"));
             QCOMPARE(QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), yosys ? 4 : 0);
         }
     }
