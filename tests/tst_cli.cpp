@@ -85,6 +85,7 @@ private slots:
     void generateTakesSeveralRecords();
     void resourcesOfARecord();
     void templateNamesWiresAfterAPrefix();
+    void sharedBiasReachesTheSettings();
     void refusal_data();
     void refusal();
     void failuresNameTheirCause();
@@ -191,6 +192,23 @@ void TestCli::templateNamesWiresAfterAPrefix()
     }
 }
 
+// The shared values given -> the bias line of a core that claims its quad's bias.
+void TestCli::sharedBiasReachesTheSettings()
+{
+    QTemporaryDir work;
+    const QString record = writeRecord(work.filePath("r.json"_q), R"({"ifChangedAllOfBias": true})");
+    const QVector<QPair<QStringList, QString>> rows = {
+        {{"--shared"_q, "Q0_BIAS=12"_q}, "q0_rx_eq_bias 12"_q},
+        {{"--shared"_q, "Q1_BIAS=3"_q, "--shared"_q, "Q0_BIAS=0"_q}, "q0_rx_eq_bias 0"_q},
+        {{"--shared=Q0_BIAS=15"_q}, "q0_rx_eq_bias 15"_q},
+    };
+    for (const auto &row : rows) {
+        const Result r = runHost(QStringList{"generate"_q, record, "--workdir"_q, work.path()} + row.first);
+        QVERIFY2(r.exitCode == 0, r.err.constData());
+        QCOMPARE(r.json()["serdesSettings"_q].toVariant().toStringList().filter("_bias"_q), QStringList{row.second});
+    }
+}
+
 void TestCli::refusal_data()
 {
     QTest::addColumn<QByteArray>("record"); // empty: no file at all
@@ -206,11 +224,16 @@ void TestCli::refusal_data()
     row("text for a flag", R"({"MII": "true"})", "\"MII\" must be a boolean");
     row("fraction for an integer", R"({"ATT": 7.5})", "\"ATT\" must be an integer");
     row("list value", R"({"extra": [1]})", "\"extra\" must be a text");
+    row("number for a text", R"({"module": 5})", "\"module\" must be a text");
+    row("resources of no record", "[1]", "a record must be a JSON object", "resources RECORD");
+    row("template of no record", "[1]", "a record must be a JSON object", "template RECORD");
+    row("other core unreadable", changed("{}"), "cannot read WORK", "generate RECORD --occupy WORK --workdir WORK");
     row("empty record", "{}", "the record is empty");
     row("unknown device", changed(R"({"target_device": "XYZ"})"), "unknown device");
     // The command line: the first thing missing, and options a command does not take.
     row("no record", "{}", "generate needs at least one RECORD.json", "generate --workdir WORK");
     row("unknown command", "{}", "unknown command", "frobnicate");
+    row("no command", "{}", "no command given (try --help)", "--workdir WORK");
     row("resources without record", "{}", "resources needs one RECORD.json", "resources");
     row("two records", "{}", "ports takes one RECORD.json, not 2", "ports RECORD RECORD");
     row("argument to info", "{}", "info takes no arguments, not \"x\"", "info x");
@@ -223,6 +246,13 @@ void TestCli::refusal_data()
     row("dialog on an unknown device", "{}", "unknown device", "dialog --device nope --screenshot WORK");
     row("core without project", "{}", "--core needs --project PROJECT.json", "dialog --core 1 --accept --workdir WORK");
     row("project without core", "{}", "dialog --project needs --core N", "dialog --project RECORD --accept --workdir WORK");
+    const QByteArray project = R"({"device": "DVC-1-C2I1", "cores": [")" CPRI_SOURCE_DIR R"(/examples/project/cpri_a.json"]})";
+    row("project missing", "", "cannot read", "project RECORD");
+    row("project no object", "[1]", "a project must be a JSON object", "project RECORD");
+    row("dialog on no project", "[1]", "a project must be a JSON object", "dialog --project RECORD --core 1 --workdir WORK");
+    row("core out of range", project, ", 1 to 1, not \"2\"", "dialog --project RECORD --core 2 --workdir WORK");
+    row("core no number", project, ", 1 to 1, not \"x\"", "dialog --project RECORD --core x --workdir WORK");
+    row("dialog with a bias too high", "{}", "--shared Q0_BIAS=99: Q0_BIAS takes 0 to 15, not 99", "dialog --shared Q0_BIAS=99 --accept --workdir WORK");
     row("project and record", "{}", "--edit does not go with --project", "dialog --project RECORD --core 1 --edit RECORD --workdir WORK");
     row("prefix with a blank", changed("{}"), "--prefix \"a b\" must be printable", "template RECORD --prefix a%20b");
     // Shared values are what the dialog's bias box offers.
@@ -275,6 +305,7 @@ void TestCli::refusal()
     QTemporaryDir dir;
     const QString path = dir.filePath("record.json"_q), work = dir.filePath("work"_q);
     QVERIFY(record.isEmpty() || write(path, record));
+    message.replace("WORK"_q, work);
     QStringList words = arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' '));
     const Result r = runHost(words.replaceInStrings("%20"_q, " "_q));
     const QString err = QString::fromUtf8(r.err);
@@ -298,6 +329,7 @@ void TestCli::failuresNameTheirCause()
         {{"generate"_q, Example, "--workdir"_q, work, "--plugin"_q, package + "/libcpri.so"_q},
          package + "/data/cpri_top.v does not include top_define.vh and cpri_defines.vh once each"_q},
         {{"info"_q, "--plugin"_q, work + "/libcpri.so"_q}, "cannot load plug-in "_q + work + "/libcpri.so"_q},
+        {{"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, work, "--out"_q, file + "/r.json"_q}, "cannot write "_q + file + "/r.json"_q},
         {{"info"_q, "--plugin"_q, dir.filePath("bare/libcpri.so"_q)}, "the package in "_q + dir.filePath("bare"_q) + " offers no protocol (is its descriptor readable?)"_q},
     };
     for (const auto &row : rows) {
@@ -358,6 +390,18 @@ void TestCli::dialogSaysWhyItRefused()
     QCOMPARE(QString::fromUtf8(rate.err), "cpri-host: Failure: The Expected Line Rate can not be generated by the Reference "
                                           "Clock Frequency\ncpri-host: the dialog refused its settings\n"_q);
     QVERIFY(rate.exitCode == 1 && !QFileInfo::exists(dir.filePath("new"_q)));
+    const QString old = writeRecord(dir.filePath("old.json"_q), R"({"version": "0.9"})");
+    const Result version = runHost({"dialog"_q, "--edit"_q, old, "--accept"_q, "--workdir"_q, dir.filePath("new"_q)});
+    QCOMPARE(QString::fromUtf8(version.err), "cpri-host: Error: This version of specified IP Config file is incompatible with current "
+                                             "IP Core Generator.\ncpri-host: no record: the dialog was cancelled or refused\n"_q);
+    QProcess nowhere; // no display to show the dialog on
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QString::fromUtf8(name));
+    nowhere.setProcessEnvironment(environment);
+    nowhere.start(CPRI_HOST_PATH ""_q, {"dialog"_q, "--edit"_q, Example});
+    QVERIFY(nowhere.waitForFinished(-1) && nowhere.exitCode() == 2 && nowhere.readAllStandardError()
+            == "cpri-host: the dialog needs a display (set DISPLAY, or use --accept or --screenshot)\n");
     const QString longName = writeRecord(dir.filePath("long.json"_q), "{\"file\": \"" + QByteArray(256, 'x') + "\"}");
     const Result name = runHost({"dialog"_q, "--edit"_q, longName, "--accept"_q, "--workdir"_q, dir.path()});
     QVERIFY2(name.exitCode == 1 && name.err.startsWith("cpri-host: Error: The file name is 256 bytes long; a folder name holds at most 255.\n"),

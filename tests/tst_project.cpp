@@ -138,7 +138,8 @@ private slots:
     {
         for (const QString &path : {QString(qgetenv("PATH")), QString("/nonexistent")}) {
             QTemporaryDir dir;
-            const Run run = runHost({"project", writeProject(dir, QJsonValue()), "--synthesize"}, path);
+            const QString out = dir.filePath("out");
+            const Run run = runHost({"project", writeProject(dir, QJsonValue()), "--synthesize", "--workdir", out}, path);
             const bool yosys = path != "/nonexistent";
             QCOMPARE(run.code, yosys ? 0 : 1);
             for (const QJsonValue &core : run.report.value("cores").toArray()) {
@@ -148,7 +149,8 @@ private slots:
             }
             QCOMPARE(run.errors.size(), yosys ? 0 : 4);
             QVERIFY(yosys || run.errors.first().startsWith("cpri-host: core 1 (" + Example + "cpri_a.json) not generated: Synthesis"));
-            QCOMPARE(QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), yosys ? 4 : 0);
+            QCOMPARE(QDir(out).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), yosys ? 6 : 0); // and the design files
+            QCOMPARE(QFileInfo::exists(out), yosys);
         }
     }
 
@@ -194,6 +196,18 @@ private slots:
         QVERIFY(top.open(QIODevice::ReadOnly));
         QCOMPARE(top.readAll(), QByteArray("`define module_name cpri_a_top\n")); // the first core's
         QCOMPARE(lines(dir.filePath("cores.f")).size(), 5); // the refused core is in no design file
+    }
+
+    // A core that claims its quad's bias needs a value: its own, or the project's.
+    void claimWithoutABias()
+    {
+        QTemporaryDir dir;
+        const Run run = runProject(dir, QJsonValue(), {{"cores", QJsonArray{Example + "cpri_d.json"}}});
+        const QJsonObject refused = run.report["cores"][0]["refused"].toObject();
+        QCOMPARE(run.code, 1);
+        QCOMPARE(refused, QJsonObject({{"kind", "bias"}, {"resource", "Q1_BIAS"}, {"heldBy", "the project's shared values"},
+                                       {"message", "Q1_BIAS is not set: give the core's quadBias or the project's shared Q1_BIAS"}}));
+        QCOMPARE(run.errors, QStringList("cpri-host: core 1 (" + Example + "cpri_d.json) refused: " + refused["message"].toString()));
     }
 
     // A project that cannot be read writes nothing: exit 2 and one line.
@@ -251,10 +265,12 @@ private slots:
         cores[2] = c;
         file["cores"] = cores;
         writeJson(project, file);
-        for (int core : {1, 2, 3, 4}) {
-            const Run run = runHost({"dialog", "--project", project, "--core", QString::number(core), "--accept"});
+        for (int core : {1, 2, 3, 4}) { // the last in a working directory of its own
+            const QStringList elsewhere = core == 4 ? QStringList{"--workdir", dir.filePath("elsewhere")} : QStringList();
+            const Run run = runHost(QStringList{"dialog", "--project", project, "--core", QString::number(core), "--accept"} + elsewhere);
             QVERIFY2(run.code == 0 && run.errors.isEmpty(), qPrintable(run.errors.join('\n')));
         }
+        QVERIFY(QFileInfo(dir.filePath("elsewhere/cpri_d/temp/cpri/cpri.csr")).isFile()); // its Calculate's
         file = readJson(project);
         cores = file["cores"].toArray();
         QCOMPARE(file["shared"].toObject(), QJsonObject({{"Q0_BIAS", 7}}));
