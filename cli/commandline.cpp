@@ -4,6 +4,8 @@
 #include "jsonoutput.h"
 #include "pluginhost.h"
 
+#include <serdes/resourcenames.h>
+
 #include <QCommandLineParser>
 #include <QTextStream>
 #include <QVector>
@@ -24,6 +26,14 @@ struct OptionRow
 };
 
 const QString PluginOption = QStringLiteral("plugin");
+
+QString quadBiasKeys()
+{
+    QStringList keys;
+    for (const IPCPRI::Serdes::QuadBias &quad : IPCPRI::Serdes::quadBiases())
+        keys << quad.registryKey;
+    return keys.join(QStringLiteral(", "));
+}
 
 const QVector<OptionRow> &optionRows()
 {
@@ -71,8 +81,9 @@ const QVector<OptionRow> &optionRows()
                         "(repeatable)."),
          true, [](Options &o, const QStringList &v) { o.occupied = v; }},
         {QStringLiteral("shared"), QStringLiteral("KEY=INTEGER"),
-         QStringLiteral("A value shared by the project's cores, the bias of a quad: Q0_BIAS or "
-                        "Q1_BIAS, 0 to 15 (repeatable)."),
+         QStringLiteral("A value the project's cores share: the bias of a quad (%1), as the "
+                        "dialog's bias box offers it (repeatable).")
+             .arg(quadBiasKeys()),
          true, [](Options &o, const QStringList &v) { o.shared = v; }},
     };
     return rows;

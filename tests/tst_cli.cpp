@@ -132,6 +132,12 @@ void TestCli::generateWritesTheCoreFiles()
     QCOMPARE(result.value("files"_q).toVariant().toStringList(), QStringList({dir + "/top_define.vh"_q,
              dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q, dir + "/cpri_top.v"_q, dir + "/cpri.csr"_q}));
     QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini"_q)), settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    // The core's own top level: the package's with the define files in place of their includes.
+    const QByteArray own = "// The top level of the core cpri_top: the package's cpri_top.v\n// with the lines of top_define.vh "
+        "and cpri_defines.vh in place of their includes.\n" + read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q)
+        .replace("`include \"top_define.vh\"\n", read(dir + "/top_define.vh"_q))
+        .replace("`include \"cpri_defines.vh\"\n", read(dir + "/cpri_defines.vh"_q));
+    QCOMPARE(read(dir + "/cpri_top.v"_q), own);
     QCOMPARE(entries(work.path() + "/cpri_0/temp"_q), QStringList{"cpri"_q}); // nothing left beside
     // A register file and a top level of another run give way to the ones of this run's lines.
     QVERIFY(write(dir + "/cpri.csr"_q, "stale\n") && write(dir + "/old_top.v"_q, read(dir + "/cpri_top.v"_q))
@@ -374,6 +380,13 @@ void TestCli::dialogEditAndAcceptKeepsTheRecord()
     const QJsonObject original = QJsonDocument::fromJson(read(Example)).object();
     QVERIFY2(r.exitCode == 0 && r.json().object() == original, r.err.constData());
     QCOMPARE(QJsonDocument::fromJson(read(out)).object(), original);
+    // A new core whose folder is there already: the dialog asks, is answered Yes, and then
+    // refuses a core without a rate; the folder it did not make stays.
+    const Result created = runHost({"dialog"_q, "--device"_q, "DVA-1-C2I1"_q, "--accept"_q, "--workdir"_q, dir.path()});
+    QCOMPARE(QString::fromUtf8(created.err), "cpri-host: Question: The folder \"%1/cpri_0\" already exists. Its files may be "
+             "overwritten.\nDo you want to use it anyway?\ncpri-host: Error: Please Enable Speed\n"
+             "cpri-host: the dialog refused its settings\n"_q.arg(dir.path()));
+    QVERIFY(created.exitCode == 1 && QFileInfo(dir.filePath("cpri_0/temp/cpri/cpri.csr"_q)).isFile());
 }
 
 void TestCli::dialogSaysWhyItRefused()
