@@ -15,6 +15,7 @@
 #include <ipserdes/baseprotocol.h>
 
 #include <QDialog>
+#include <QCoreApplication>
 #include <QDir>
 #include <QJsonDocument>
 #include <QTabWidget>
@@ -111,6 +112,9 @@ QStringList saveScreenshots(QDialog *dialog, const QString &dir)
 {
     QStringList files;
     QDir().mkpath(dir);
+    // The offscreen screen is small: the pictures show the dialog at the size it asks for.
+    dialog->resize(dialog->sizeHint());
+    QCoreApplication::processEvents();
     const auto save = [&](const QString &name) {
         const QString path = QDir(dir).absoluteFilePath(name);
         if (dialog->grab().save(path))
