@@ -90,13 +90,8 @@ bool isInteger(const QJsonValue &value)
 // The bias of the quad a record's lane is on; null for a record without a lane.
 const QuadBias *quadBiasOf(const QMap<QString, QVariant> &record)
 {
-    const IPCPRI::Serdes::Lane *lane =
-        IPCPRI::Serdes::laneByDisplayName(record.value(Key::ChannelSelection).toString());
-    for (const QuadBias &quad : IPCPRI::Serdes::quadBiases()) {
-        if (lane && lane->quadName == quad.quadName)
-            return &quad;
-    }
-    return nullptr;
+    const QString lane = record.value(Key::ChannelSelection).toString();
+    return IPCPRI::Serdes::laneByDisplayName(lane) ? IPCPRI::Serdes::quadOfLane(lane) : nullptr;
 }
 
 // The bias of its quad, when a record applies its bias to the whole quad.
