@@ -1,29 +1,17 @@
 #pragma once
 
+#include "commandline.h"
+
 #include <QJsonObject>
 #include <QMap>
 #include <QStringList>
 #include <QVariant>
 
+namespace IPCore { class OutputSet; }
+
 namespace CpriHost {
 
 class PluginHost;
-
-// What the command line asked for, parsed.
-struct Options
-{
-    QString command;
-    QStringList arguments;   // positional arguments after the command
-    QString workDir;
-    QString device;
-    QString editRecord;
-    QString outRecord;       // --out: the dialog's record, or the template
-    QString screenshotDir;
-    QStringList occupied;    // records of other cores of the project
-    QStringList shared;      // registry values, KEY=INTEGER
-    bool synthesize = false;
-    bool accept = false;
-};
 
 // Each command prints its result as JSON on standard output and returns
 // the exit code; problems go to standard error as one line.
@@ -40,11 +28,10 @@ int runProject(PluginHost &host, const Options &options);
 int runPorts(PluginHost &host, const Options &options);
 int runTemplate(PluginHost &host, const Options &options);
 
-// Generates a record that passed its checks, into the output set the caller
-// opened for it. False with the reason and the exit code when it fails.
-bool generateCore(PluginHost &host, const QMap<QString, QVariant> &record, bool synthesize,
-                  QJsonObject &result, QString &error, int &code);
-
-enum ExitCode { Success = 0, Failed = 1, BadInput = 2 };
+// Generates a record that passed its checks into the output set the caller
+// opened for it: the plug-in's files, then the core's own top level and its
+// register file. False with the reason and the exit code when it fails.
+bool generateCore(PluginHost &host, IPCore::OutputSet &set, const QMap<QString, QVariant> &record,
+                  bool synthesize, QJsonObject &result, QString &error, int &code);
 
 } // namespace CpriHost

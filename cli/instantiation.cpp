@@ -27,18 +27,34 @@ QString verilogIdentifier(const QString &name)
     return QLatin1Char('\\') + name + QLatin1Char(' ');
 }
 
-QString instantiationTemplate(const IPCPRI::ConfigMap &record)
+QString defaultWirePrefix(const IPCPRI::ConfigMap &record)
+{
+    return record.value(Key::File).toString() + QLatin1Char('_');
+}
+
+QString instantiationTemplate(const IPCPRI::ConfigMap &record, const QString &prefix)
 {
     const QVector<CorePort> ports = IPCPRI::corePorts(record);
     QString text;
     for (const CorePort &port : ports)
-        text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width), port.name);
+        text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width),
+                                                   verilogIdentifier(prefix + port.name));
     text += QStringLiteral("%1 %2 (\n").arg(verilogIdentifier(record.value(Key::Module).toString()),
                                            verilogIdentifier(record.value(Key::File).toString()));
     QStringList connections;
-    for (const CorePort &port : ports)
-        connections << QStringLiteral("    .%1(%1)").arg(port.name);
+    for (const CorePort &port : ports) {
+        connections << QStringLiteral("    .%1(%2)")
+                           .arg(port.name, verilogIdentifier(prefix + port.name));
+    }
     return text + connections.join(QStringLiteral(",\n")) + QStringLiteral("\n);\n");
+}
+
+QStringList templateNames(const IPCPRI::ConfigMap &record, const QString &prefix)
+{
+    QStringList names{record.value(Key::File).toString()};
+    for (const CorePort &port : IPCPRI::corePorts(record))
+        names << prefix + port.name;
+    return names;
 }
 
 } // namespace CpriHost

@@ -11,7 +11,7 @@
 
 namespace CpriHost {
 
-PluginHost::PluginHost(const QString &pluginPath) : m_loader(pluginPath) {}
+PluginHost::PluginHost(const QString &pluginPath) : m_loader(pluginPath), m_path(pluginPath) {}
 
 PluginHost::~PluginHost()
 {
@@ -23,8 +23,7 @@ bool PluginHost::load()
 {
     QObject *root = m_loader.instance();
     if (!root) {
-        m_error = QStringLiteral("cannot load plug-in %1: %2")
-                      .arg(m_loader.fileName(), m_loader.errorString());
+        m_error = QStringLiteral("cannot load plug-in %1: %2").arg(m_path, m_loader.errorString());
         return false;
     }
     auto *package = qobject_cast<IPSERDESIP::ProtocolPackage *>(root);

@@ -34,6 +34,7 @@ public:
 
 private:
     QPluginLoader m_loader;
+    QString m_path; // as given: the loader knows no file that is not there
     QString m_packageDir;
     QString m_error;
     QMap<QString, QVariant> m_descriptor;

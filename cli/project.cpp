@@ -1,21 +1,17 @@
-// cpri-host project: several cores placed on one device in order, as the
-// project of the design environment holds them.
+// A project of several cores on one device, read from and written back to
+// its project file.
 
 #include "project.h"
 
-#include "commands.h"
+#include "commandsupport.h"
+#include "instantiation.h"
 #include "jsonoutput.h"
 #include "pluginhost.h"
 #include "recordfile.h"
-#include "recordrules.h"
 
 #include <config/configkeys.h>
 #include <serdes/resourcenames.h>
 
-#include <core/idecore.h>
-#include <dev/devicedb.h>
-#include <ipcore/ipcorefunctions.h>
-#include <ipcore/outputset.h>
 #include <ipserdes/baseprotocol.h>
 #include <ipserdes/message.h>
 #include <ipserdes/serdes.h>
@@ -23,7 +19,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonObject>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSaveFile>
 
 #include <memory>
 
@@ -32,6 +30,7 @@ namespace CpriHost {
 namespace {
 
 namespace Key = IPCPRI::Config::Key;
+using IPCPRI::Serdes::QuadBias;
 using IPSERDESIP::Conflict;
 
 // Keys of the project file and of its core entries.
@@ -44,29 +43,21 @@ const QString Record = QStringLiteral("record");
 const QString QuadBias = QStringLiteral("quadBias");
 } // namespace Field
 
-IPSERDESIP::serdes *registry()
+// What two cores of a project may not share: the refusal's kind, and why.
+namespace NameKind {
+const QString File = QStringLiteral("file");
+const QString Module = QStringLiteral("module");
+const QString Wire = QStringLiteral("name");
+const QMap<QString, QString> &messages()
 {
-    return IPSERDESIP::serdes::instance();
+    static const QMap<QString, QString> texts = {
+        {File, QStringLiteral("the folder \"%1\" is written by %2")},
+        {Module, QStringLiteral("the module name \"%1\" is taken by %2")},
+        {Wire, QStringLiteral("the name \"%1\" in its template is declared by the template of %2")},
+    };
+    return texts;
 }
-
-QString conflictKind(Conflict::Kind kind)
-{
-    switch (kind) {
-    case Conflict::Lane:
-        return QStringLiteral("lane");
-    case Conflict::Pll:
-        return QStringLiteral("pll");
-    case Conflict::ReferenceClock:
-        return QStringLiteral("refclock");
-    case Conflict::QuadBias:
-        return QStringLiteral("bias");
-    case Conflict::Unknown:
-        return QStringLiteral("unknown");
-    case Conflict::None:
-        break;
-    }
-    return QString();
-}
+} // namespace NameKind
 
 // The project file's folder resolves the paths the file names.
 QString resolved(const QString &projectPath, const QString &path)
@@ -91,6 +82,24 @@ bool readObject(const QString &path, QJsonObject &object, QString &error)
     return true;
 }
 
+bool isInteger(const QJsonValue &value)
+{
+    return value.isDouble() && value.toDouble() == value.toInt();
+}
+
+// The bias of the quad a record's lane is on; null for a record without a lane.
+const QuadBias *quadBiasOf(const QMap<QString, QVariant> &record)
+{
+    const QString lane = record.value(Key::ChannelSelection).toString();
+    return IPCPRI::Serdes::laneByDisplayName(lane) ? IPCPRI::Serdes::quadOfLane(lane) : nullptr;
+}
+
+// The bias of its quad, when a record applies its bias to the whole quad.
+const QuadBias *claimedQuadBias(const QMap<QString, QVariant> &record)
+{
+    return record.value(Key::ChangedAllOfBias).toBool() ? quadBiasOf(record) : nullptr;
+}
+
 } // namespace
 
 bool Project::read(PluginHost &host, const QString &path, QString &error)
@@ -98,38 +107,52 @@ bool Project::read(PluginHost &host, const QString &path, QString &error)
     QJsonObject object;
     if (!readObject(path, object, error))
         return false;
-    const QString deviceId = object.value(Field::Device).toString();
-    device = ::Core::IdeCore::deviceDataBase()->findDevice(deviceId);
-    if (device.isNull()) {
-        error = QStringLiteral("%1: unknown device \"%2\" (see: cpri-host devices)").arg(path, deviceId);
+    m_path = path;
+    m_file = object;
+    if (!findDevice(object.value(Field::Device).toString(), device, error)) {
+        error = QStringLiteral("%1: %2").arg(path, error);
         return false;
     }
     workDir = resolved(path, object.value(Field::WorkDir).toString(QStringLiteral(".")));
-    const QJsonObject sharedValues = object.value(Field::Shared).toObject();
-    for (auto it = sharedValues.constBegin(); it != sharedValues.constEnd(); ++it) {
-        if (!it.value().isDouble() || it.value().toDouble() != it.value().toInt()) {
-            error = QStringLiteral("%1: the shared value \"%2\" must be an integer").arg(path, it.key());
-            return false;
-        }
-        shared.insert(it.key(), it.value().toInt());
-    }
+    if (!readShared(object, error))
+        return false;
     const QJsonArray entries = object.value(Field::Cores).toArray();
     if (entries.isEmpty()) {
         error = QStringLiteral("%1: \"cores\" must list the project's cores").arg(path);
         return false;
     }
+    // Each record is checked in a project that holds the device and the
+    // shared values alone; placing the cores comes after.
     prepare();
     for (int i = 0; i < entries.size(); ++i) {
-        if (!readCore(host, path, entries.at(i), i + 1, error))
+        if (!readCore(host, entries.at(i), i + 1, error))
             return false;
+    }
+    return true;
+}
+
+// The shared values are quad biases, as the dialog's bias box offers them.
+bool Project::readShared(const QJsonObject &object, QString &error)
+{
+    const QJsonObject values = object.value(Field::Shared).toObject();
+    for (auto it = values.constBegin(); it != values.constEnd(); ++it) {
+        const int value = it.value().toInt();
+        const QString problem = isInteger(it.value())
+                                    ? IPSERDESIP::serdes::quadBiasProblem(it.key(), value)
+                                    : QStringLiteral("it must be an integer");
+        if (!problem.isEmpty()) {
+            error = QStringLiteral("%1: the shared value \"%2\": %3")
+                        .arg(m_path, it.key(), problem);
+            return false;
+        }
+        shared.insert(it.key(), it.value().toInt());
     }
     return true;
 }
 
 // A core is a record file's path, a record, or an object with "record" (a
 // path or a record) and the "quadBias" its dialog published for its quad.
-bool Project::readCore(PluginHost &host, const QString &projectPath, const QJsonValue &entry,
-                       int number, QString &error)
+bool Project::readCore(PluginHost &host, const QJsonValue &entry, int number, QString &error)
 {
     Core core;
     core.label = QStringLiteral("core %1").arg(number);
@@ -137,27 +160,15 @@ bool Project::readCore(PluginHost &host, const QString &projectPath, const QJson
     if (entry.isObject() && entry.toObject().contains(Field::Record)) {
         record = entry.toObject().value(Field::Record);
         const QJsonValue bias = entry.toObject().value(Field::QuadBias);
-        if (!bias.isUndefined()) {
-            if (!bias.isDouble() || bias.toDouble() != bias.toInt()) {
-                error = QStringLiteral("%1: the quadBias of %2 must be an integer")
-                            .arg(projectPath, core.label);
-                return false;
-            }
-            core.quadBias = bias.toInt();
+        if (!bias.isUndefined() && !isInteger(bias)) {
+            error = QStringLiteral("%1: the quadBias of %2 must be an integer")
+                        .arg(m_path, core.label);
+            return false;
         }
+        if (!bias.isUndefined())
+            core.quadBias = bias.toInt();
     }
-    bool read = false;
-    if (record.isString()) {
-        core.source = record.toString();
-        read = RecordFile::read(resolved(projectPath, core.source), core.record, error);
-    } else if (record.isObject()) {
-        core.source = projectPath;
-        read = RecordFile::parse(QJsonDocument(record.toObject()).toJson(), core.source,
-                                 core.record, error);
-    } else {
-        error = QStringLiteral("%1: %2 must be a record or the path of one").arg(projectPath, core.label);
-    }
-    if (!read)
+    if (!readRecord(record, core, error))
         return false;
     // Every core works on the project's device.
     const QString id = core.record.value(Key::TargetDevice).toString();
@@ -167,13 +178,48 @@ bool Project::readCore(PluginHost &host, const QString &projectPath, const QJson
         return false;
     }
     core.record.insert(Key::TargetDevice, device.id());
-    const QString problem = RecordRules(*host.protocol(), host.descriptor()).problem(core.record);
+    const QString problem = recordProblem(host, core.record);
     if (!problem.isEmpty()) {
         error = QStringLiteral("%1: %2").arg(core.source, problem);
         return false;
     }
+    if (!checkBias(core, error))
+        return false;
     cores << core;
     return true;
+}
+
+bool Project::readRecord(const QJsonValue &value, Core &core, QString &error)
+{
+    if (value.isString()) {
+        core.source = value.toString();
+        core.recordPath = resolved(m_path, core.source);
+        return RecordFile::read(core.recordPath, core.record, error);
+    }
+    if (value.isObject()) {
+        core.source = m_path;
+        return RecordFile::parse(QJsonDocument(value.toObject()).toJson(), core.source,
+                                 core.record, error);
+    }
+    error = QStringLiteral("%1: %2 must be a record or the path of one").arg(m_path, core.label);
+    return false;
+}
+
+// A core's quadBias is the bias of the quad its record claims, one the
+// dialog's bias box offers.
+bool Project::checkBias(const Core &core, QString &error) const
+{
+    if (!core.quadBias)
+        return true;
+    const QuadBias *quad = claimedQuadBias(core.record);
+    const QString problem =
+        quad ? IPSERDESIP::serdes::quadBiasProblem(quad->registryKey, *core.quadBias)
+             : QStringLiteral("its record does not claim its quad's bias (\"%1\" is false)")
+                   .arg(Key::ChangedAllOfBias);
+    if (!problem.isEmpty())
+        error = QStringLiteral("%1: the quadBias %2 of %3: %4")
+                    .arg(m_path).arg(*core.quadBias).arg(core.label, problem);
+    return problem.isEmpty();
 }
 
 void Project::prepare() const
@@ -182,24 +228,47 @@ void Project::prepare() const
     registry()->setDevice(device);
     registry()->setWorkingDir(QDir(workDir).absolutePath());
     for (auto it = shared.cbegin(); it != shared.cend(); ++it)
-        registry()->setData(it.key(), it.value());
+        registry()->claimQuadBias(it.key(), it.value(), QString());
 }
 
-// Places the core after the earlier ones: its folder, its resources, then
+// What of an earlier core this one would declare again: its folder, its
+// module, or a name its template declares in the one module the templates
+// share; empty for nothing.
+QString Project::conflictingName(const Core &core, const Core &earlier, QString &kind) const
+{
+    for (const QString &key : {Key::File, Key::Module}) {
+        const QString name = core.record.value(key).toString();
+        kind = key == Key::File ? NameKind::File : NameKind::Module;
+        if (earlier.record.value(key).toString() == name)
+            return name;
+    }
+    kind = NameKind::Wire;
+    const auto names = [](const Core &c) {
+        return templateNames(c.record, defaultWirePrefix(c.record));
+    };
+    const QStringList earlierNames = names(earlier);
+    for (const QString &name : names(core)) {
+        if (earlierNames.contains(name))
+            return name;
+    }
+    return QString();
+}
+
+// Places the core after the earlier ones: its names, its resources, then
 // the bias of its quad when its dialog applied it to the whole quad.
 bool Project::place(PluginHost &host, Core &core, Conflict &conflict)
 {
-    const QString file = core.record.value(Key::File).toString();
     for (const Core &earlier : qAsConst(cores)) {
         if (&earlier == &core)
             break;
-        if (earlier.placed && earlier.record.value(Key::File).toString() == file) {
-            conflict = {Conflict::None, file, earlier.instance,
-                        QStringLiteral("the folder \"%1\" is written by %2").arg(file, earlier.instance)};
-            core.kind = QStringLiteral("file");
+        const QString name = earlier.placed ? conflictingName(core, earlier, core.kind) : QString();
+        if (!name.isEmpty()) {
+            conflict = {Conflict::None, name, earlier.instance,
+                        NameKind::messages().value(core.kind).arg(name, earlier.instance)};
             return false;
         }
     }
+    core.kind.clear();
     std::unique_ptr<IPSERDESIP::Message> resources(host.protocol()->checkResources(core.record));
     core.instance = resources->instanceName;
     core.resources = QStringList{resources->laneList.value(0), resources->pllList.value(0),
@@ -215,22 +284,19 @@ bool Project::place(PluginHost &host, Core &core, Conflict &conflict)
 
 bool Project::claimBias(const Core &core, Conflict &conflict)
 {
-    if (!core.record.value(Key::ChangedAllOfBias).toBool())
+    const QuadBias *quad = claimedQuadBias(core.record);
+    if (!quad)
         return true;
-    const QString lane = core.record.value(Key::ChannelSelection).toString();
-    for (const IPCPRI::Serdes::QuadBias &quad : IPCPRI::Serdes::quadBiases()) {
-        if (!lane.startsWith(quad.quadName))
-            continue;
-        if (core.quadBias)
-            return registry()->claimQuadBias(quad.registryKey, *core.quadBias, core.instance, &conflict);
-        if (!registry()->globalData().contains(quad.registryKey)) {
-            conflict = {Conflict::QuadBias, quad.registryKey, QString(),
-                        QStringLiteral("%1 is not set: give the core's quadBias or the project's "
-                                       "shared %1").arg(quad.registryKey)};
-            return false;
-        }
+    if (core.quadBias) {
+        return registry()->claimQuadBias(quad->registryKey, *core.quadBias, core.instance,
+                                         &conflict);
     }
-    return true;
+    if (registry()->globalData().contains(quad->registryKey))
+        return true;
+    conflict = {Conflict::QuadBias, quad->registryKey, QString(),
+                QStringLiteral("%1 is not set: give the core's quadBias or the project's shared %1")
+                    .arg(quad->registryKey)};
+    return false;
 }
 
 // Which earlier core holds what the conflict names.
@@ -241,6 +307,67 @@ QString Project::heldBy(const QString &instance) const
             return core.label;
     }
     return instance.isEmpty() ? QStringLiteral("the project's shared values") : instance;
+}
+
+void Project::openCore(PluginHost &host, int index)
+{
+    prepare();
+    for (int i = 0; i < cores.size(); ++i) {
+        Conflict conflict;
+        cores[i].placed = i != index && place(host, cores[i], conflict);
+    }
+    const Core &core = cores.at(index);
+    const QuadBias *quad = claimedQuadBias(core.record);
+    if (quad && core.quadBias && !registry()->globalData().contains(quad->registryKey))
+        registry()->claimQuadBias(quad->registryKey, *core.quadBias, QString());
+}
+
+bool Project::writeRecord(const Core &core, const QMap<QString, QVariant> &record,
+                          QJsonValue &written, QString &error) const
+{
+    if (core.recordPath.isEmpty()) {
+        written = RecordFile::toJson(record);
+        return true;
+    }
+    written = core.source;
+    return RecordFile::write(core.recordPath, record, error);
+}
+
+bool Project::writeBack(int index, const QMap<QString, QVariant> &record, QString &error)
+{
+    QJsonValue written;
+    if (!writeRecord(cores.at(index), record, written, error))
+        return false;
+    QJsonArray entries = m_file.value(Field::Cores).toArray();
+    const QuadBias *quad = claimedQuadBias(record);
+    entries[index] = written;
+    if (quad) {
+        // The dialog changed the bias of the whole quad: of every core that
+        // claims it, and the project's shared value.
+        const int bias = registry()->getData(quad->registryKey).toInt();
+        for (int i = 0; i < cores.size(); ++i) {
+            const bool claims = cores.at(i).quadBias && claimedQuadBias(cores.at(i).record) == quad;
+            if (i == index || claims) {
+                QJsonObject entry = i == index ? QJsonObject{{Field::Record, written}}
+                                               : entries.at(i).toObject();
+                entry.insert(Field::QuadBias, bias);
+                entries[i] = entry;
+            }
+        }
+        QJsonObject sharedValues = m_file.value(Field::Shared).toObject();
+        if (sharedValues.contains(quad->registryKey)) {
+            sharedValues.insert(quad->registryKey, bias);
+            m_file.insert(Field::Shared, sharedValues);
+        }
+    }
+    m_file.insert(Field::Cores, entries);
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(m_file).toJson()) < 0
+        || !file.commit()) {
+        error = QStringLiteral("cannot write %1: %2").arg(m_path, file.errorString());
+        return false;
+    }
+    return true;
 }
 
 QJsonObject Project::Core::report() const
@@ -255,69 +382,9 @@ QJsonObject Project::Core::report() const
         object.insert(QStringLiteral("refused"), refusal);
     else
         object.insert(QStringLiteral("files"), toArray(files));
+    if (!synthesisMessage.isEmpty())
+        object.insert(QStringLiteral("synthesisMessage"), synthesisMessage);
     return object;
-}
-
-int runProject(PluginHost &host, const Options &options)
-{
-    if (options.arguments.size() != 1) {
-        warn(QStringLiteral("project needs one PROJECT.json"));
-        return BadInput;
-    }
-    Project project;
-    QString error;
-    if (!project.read(host, options.arguments.first(), error)) {
-        warn(error);
-        return BadInput;
-    }
-    if (!options.workDir.isEmpty())
-        project.workDir = QDir(options.workDir).absolutePath();
-    project.prepare();
-    int refused = 0;
-    for (Project::Core &core : project.cores) {
-        Conflict conflict;
-        core.placed = project.place(host, core, conflict);
-        if (core.placed)
-            continue;
-        if (core.kind.isEmpty())
-            core.kind = conflictKind(conflict.kind);
-        core.refusal = QJsonObject{{QStringLiteral("kind"), core.kind},
-                                   {QStringLiteral("resource"), conflict.resource},
-                                   {QStringLiteral("heldBy"), project.heldBy(conflict.holder)},
-                                   {QStringLiteral("message"), conflict.message}};
-        const QString earlier = conflict.holder.isEmpty()
-                                    ? QString()
-                                    : QStringLiteral(" (%1)").arg(project.heldBy(conflict.holder));
-        warn(QStringLiteral("%1 (%2) refused: %3%4").arg(core.label, core.source, conflict.message, earlier));
-        ++refused;
-    }
-    // The cores that fit are generated, each into its own set of files.
-    for (Project::Core &core : project.cores) {
-        if (!core.placed)
-            continue;
-        IPCore::OutputSet set;
-        QJsonObject result;
-        QString reason;
-        int code = Success;
-        if (!generateCore(host, core.record, false, result, reason, code) || !set.commit()) {
-            if (reason.isEmpty())
-                reason = IPCore::lastError();
-            core.refusal = QJsonObject{{QStringLiteral("kind"), QStringLiteral("generation")},
-                                       {QStringLiteral("message"), reason}};
-            warn(QStringLiteral("%1 (%2) not generated: %3").arg(core.label, core.source, reason));
-            ++refused;
-            continue;
-        }
-        core.files = set.files();
-    }
-    QJsonArray reports;
-    for (const Project::Core &core : qAsConst(project.cores))
-        reports.append(core.report());
-    print(QJsonDocument(QJsonObject{{QStringLiteral("device"), project.device.id()},
-                                    {QStringLiteral("workdir"), QDir(project.workDir).absolutePath()},
-                                    {QStringLiteral("cores"), reports},
-                                    {QStringLiteral("refused"), refused}}));
-    return refused ? Failed : Success;
 }
 
 } // namespace CpriHost

@@ -37,6 +37,18 @@ bool rateOfferedAtStart(int rateIndex, const QString &grade)
     return false;
 }
 
+const QVector<int> &coded64b66bRates()
+{
+    static const QVector<int> rates = {Rate811008Index, Rate101376Index, Rate1216512Index};
+    return rates;
+}
+
+const QVector<int> &realTimeVendorRates()
+{
+    static const QVector<int> rates = {Rate101376Index, Rate1216512Index};
+    return rates;
+}
+
 const QVector<SpeedClass> &speedClasses()
 {
     static const QVector<SpeedClass> classes = {

@@ -45,10 +45,9 @@ bool rateOfferedAtStart(int rateIndex, const QString &grade);
 
 // The rates coded 64B/66B: checking one offers the choice of where the
 // coding runs, on the devices of the two families.
-inline const QVector<int> Coded64b66bRates = {Rate811008Index, Rate101376Index,
-                                              Rate1216512Index};
+const QVector<int> &coded64b66bRates();
 // The rates that carry real-time vendor data.
-inline const QVector<int> RealTimeVendorRates = {Rate101376Index, Rate1216512Index};
+const QVector<int> &realTimeVendorRates();
 
 // The rate a class change moves a withdrawn check to.
 inline constexpr int FallbackRateIndex = Rate12288Index;

@@ -121,7 +121,7 @@ bool cpridlg::checkRefClockAccess()
 void cpridlg::updateRealTimeVendor()
 {
     coreUi->RealTimeVendor->setEnabled(
-        anyChecked(rateBoxes(), Config::RealTimeVendorRates, enabledAndChecked));
+        anyChecked(rateBoxes(), Config::realTimeVendorRates(), enabledAndChecked));
 }
 
 // Only the check states count here, not whether the boxes are enabled.
@@ -129,7 +129,7 @@ void cpridlg::updateEncodingAndDecoding()
 {
     if (!Serdes::inFamily(Serdes::BothFamilies, device().device()))
         return;
-    const bool coded64b66b = anyChecked(rateBoxes(), Config::Coded64b66bRates, checked);
+    const bool coded64b66b = anyChecked(rateBoxes(), Config::coded64b66bRates(), checked);
     phyUi->groupBoxEncodingAndDecoding->setEnabled(coded64b66b);
     phyUi->groupBoxEncodingAndDecoding->setVisible(coded64b66b);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "recordfindings.h"
 #include "../config/configkeys.h"
 
 #include <dev/devicearg.h>
@@ -36,24 +37,7 @@ public:
         QString moduleProblem;
     };
 
-    // The first thing the dialog changes or refuses, as one line naming the
-    // key, its value, what the dialog writes and the dialog's reason.
-    struct Finding
-    {
-        enum Kind {
-            None,
-            Refused, // accepting fails, with the dialog's message
-            Changed, // the dialog hands back another value, or none
-            Missing, // the dialog hands back a value the record lacks
-            Unknown, // the record holds a key the dialog does not know
-            Kept,    // typed into its field, the value would not stay
-        };
-        Kind kind = None;
-        QString key;
-        QString text;
-
-        bool isNone() const { return kind == None; }
-    };
+    using Finding = RecordFinding;
 
     // coreType is the core's identifier, the record's "type". The
     // calculation writes its register file into a temporary folder only.

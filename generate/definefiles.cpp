@@ -106,6 +106,24 @@ void appendFirst(QStringList &lines, const ConfigMap &record,
     }
 }
 
+// Every line the two files may hold, in file order.
+QStringList everyDefineLine()
+{
+    QStringList lines{Define::ModuleName, Define::LaneNum, LoopbackPortDefine,
+                      Define::SerDes64b66b};
+    for (const FlagDefine &row : portDefines())
+        lines << row.line;
+    lines << Define::ExtPortEn;
+    for (const FlagDefine &row : speedClassDefines())
+        lines << row.line;
+    return lines << Define::LineRateMask << Define::LineRateInit << Define::CfgClkPeriod
+                 << Define::EthMii << Define::EthGmii << Define::ProtocolVer1
+                 << Define::ProtocolVer2 << Define::ScramblerSeed << Define::HdlcRate
+                 << Define::EthPointer << Define::FixedCfgForTiming << Define::HdlcUserByte
+                 << Define::HdlcUserMask << Define::RealTimeVendor << Define::MasterEnable
+                 << Define::SlaveEnable << Define::Qpll0Sel << Define::Qpll1Sel << Define::CpllSel;
+}
+
 QString pllDefine(const QString &pll)
 {
     if (pll == Serdes::Qpll0)
@@ -123,6 +141,15 @@ QString text(const ConfigMap &record, const QString &key)
 }
 
 } // namespace
+
+QStringList defineNames()
+{
+    QStringList names;
+    for (const QString &line : everyDefineLine())
+        names << line.section(QLatin1Char(' '), 1, 1);
+    names.removeDuplicates();
+    return names;
+}
 
 QStringList topDefines(const ConfigMap &record)
 {

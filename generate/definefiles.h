@@ -14,5 +14,9 @@ QStringList topDefines(const ConfigMap &record);
 // Ethernet, protocol, HDLC, vendor-specific, role and PLL choices.
 QStringList coreDefines(const ConfigMap &record);
 
+// The name of every define the two files may hold ("module_name",
+// "LANE_NUM", ...), each once, in file order.
+QStringList defineNames();
+
 } // namespace Generate
 } // namespace IPCPRI

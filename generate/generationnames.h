@@ -16,9 +16,15 @@ inline const QString CoreDefineFile = QStringLiteral("cpri_defines.vh");
 inline const QString SettingsFile = QStringLiteral("cpri.ini");
 inline const QString RegisterFile = QStringLiteral("cpri.csr");
 
-// The core's fixed sources, named to the synthesis step in this order.
-inline const QStringList CoreSources = {QStringLiteral("cpri_top.v"),
-                                        QStringLiteral("cpri_core_encryption.v")};
+// The core's fixed sources in the package's data folder: the top level,
+// which reads the define files, and the engine all cores share. They are
+// named to the synthesis step in this order.
+inline const QString TopLevelSource = QStringLiteral("cpri_top.v");
+inline const QString EngineSource = QStringLiteral("cpri_core_encryption.v");
+inline const QStringList CoreSources = {TopLevelSource, EngineSource};
+
+// A core's own top level, beside its define files: its module name + ".v".
+inline const QString CoreTopLevelSuffix = QStringLiteral(".v");
 
 // base + "/temp/cpri": where a core's generated files go.
 QString coreOutputDir(const QString &base);

@@ -24,15 +24,12 @@ QStringList offeredPlls(const QString &laneDisplayName, double rateGbps)
     const QStringList producing[] = {registry()->checkPLLforQuad0(rateGbps),
                                      registry()->checkPLLforQuad1(rateGbps)};
     QStringList plls;
-    const QVector<QuadBias> &quads = quadBiases();
-    for (int quad = 0; quad < quads.size(); ++quad) {
-        const QString &quadName = quads.at(quad).quadName;
-        if (!laneDisplayName.contains(quadName))
-            continue;
+    if (const QuadBias *quad = quadOfLane(laneDisplayName)) {
+        const int index = int(quad - quadBiases().constData());
         for (const QString &pll : {Qpll0, Qpll1}) {
-            if (!registry()->checkPllEnable(qpllKey(quadName, pll)))
+            if (!registry()->checkPllEnable(qpllKey(quad->quadName, pll)))
                 plls << pll;
-            if (producing[quad].contains(pll) && !plls.contains(pll))
+            if (producing[index].contains(pll) && !plls.contains(pll))
                 plls << pll;
         }
     }

@@ -84,8 +84,11 @@ private slots:
     void generateWritesTheCoreFiles();
     void generateTakesSeveralRecords();
     void resourcesOfARecord();
+    void templateNamesWiresAfterAPrefix();
+    void sharedBiasReachesTheSettings();
     void refusal_data();
     void refusal();
+    void failuresNameTheirCause();
     void settingLinesAsTheGeneratorJudgesThem();
     void dialogEditAndAcceptKeepsTheRecord();
     void dialogSaysWhyItRefused();
@@ -96,13 +99,23 @@ private slots:
 void TestCli::helpInfoAndDevices()
 {
     const Result help = runHost({"--help"_q});
-    for (const char *command : {"info", "devices", "generate RECORD.json...", "resources", "dialog"})
-        QVERIFY(help.exitCode == 0 && help.out.contains(command));
-    const QJsonObject info = runHost({"info"_q}).json().object();
-    QVERIFY(info.value("name"_q) == "CPRI"_q && info.value("descriptor"_q)["ipcore.name"_q] == "CPRI"_q);
+    const QString readme = QString::fromUtf8(read(CPRI_SOURCE_DIR "/README.md"_q));
+    QVERIFY(help.exitCode == 0 && help.out.contains("\n  generate RECORD.json... [--workdir DIR] [--synthesize]\n"));
+    QCOMPARE(QString::fromUtf8(help.out).section(QLatin1Char('\n'), 1).trimmed(), // as the README shows it
+             readme.section("<!-- cpri-host-help -->\n```text\n"_q, 1).section("\n```"_q, 0, 0));
+    const QJsonObject info = runHost({"info"_q}).json().object(), spec = info.value("descriptor"_q).toObject();
+    QVERIFY(info.value("name"_q) == "CPRI"_q && spec.value("ipcore.name"_q) == "CPRI"_q);
+    for (const char *key : {"id", "version", "category", "summary"}) // each the descriptor's
+        QVERIFY2(info.value(QString::fromUtf8(key)) == spec.value("ipcore."_q + (key == QByteArray("summary") ? "doc.summary"_q : QString::fromUtf8(key))), key);
+    QCOMPARE(info.value("packageDir"_q).toString(), QFileInfo(CPRI_PLUGIN_PATH ""_q).absolutePath());
     const QByteArray devices = runHost({"devices"_q}).out;
     for (const char *fact : {"\"part\": \"DVA-1\"", "\"part\": \"DVB-1\"", "\"grade\": \"C2/I1\"", "\"grade\": \"I2\"", "\"lanes\": ["})
         QVERIFY2(devices.contains(fact), fact);
+    for (const QJsonValue &device : QJsonDocument::fromJson(devices).array()) { // supported as the descriptor says
+        const QString part = device["part"_q].toString();
+        QVERIFY2(device["id"_q].toString().startsWith(part + "-"_q) && device["supported"_q].toBool()
+                 == (spec["ipcore.device.supported"_q].toArray().contains(part) && !spec["ipcore.device.unsupported"_q].toArray().contains(part)), qPrintable(part));
+    }
 }
 
 void TestCli::generateWritesTheCoreFiles()
@@ -116,10 +129,25 @@ void TestCli::generateWritesTheCoreFiles()
     QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q && settings.contains("q0_refclk0_freq 122.88"_q)
             && result.value("synthesisOptions"_q).toArray().size() == 15);
     const QString dir = work.path() + "/cpri_0/temp/cpri"_q;
-    QCOMPARE(result.value("files"_q).toVariant().toStringList(),
-             QStringList({dir + "/top_define.vh"_q, dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q}));
+    QCOMPARE(result.value("files"_q).toVariant().toStringList(), QStringList({dir + "/top_define.vh"_q,
+             dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q, dir + "/cpri_top.v"_q, dir + "/cpri.csr"_q}));
     QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini"_q)), settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    // The core's own top level: the package's with the define files in place of their includes.
+    const QByteArray own = "// The top level of the core cpri_top: the package's cpri_top.v\n// with the lines of top_define.vh "
+        "and cpri_defines.vh in place of their includes.\n" + read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q)
+        .replace("`include \"top_define.vh\"\n", read(dir + "/top_define.vh"_q))
+        .replace("`include \"cpri_defines.vh\"\n", read(dir + "/cpri_defines.vh"_q));
+    QCOMPARE(read(dir + "/cpri_top.v"_q), own);
     QCOMPARE(entries(work.path() + "/cpri_0/temp"_q), QStringList{"cpri"_q}); // nothing left beside
+    // A register file and a top level of another run give way to the ones of this run's lines.
+    QVERIFY(write(dir + "/cpri.csr"_q, "stale\n") && write(dir + "/old_top.v"_q, read(dir + "/cpri_top.v"_q))
+            && write(dir + "/mine.v"_q, "module mine;\nendmodule\n"));
+    const QString record = writeRecord(work.filePath("6g.json"_q), R"({"9.8304G_and_Under": false, "6.144G_and_Under": true,
+        "9.8304Gbps": false, "6.144Gbps": true, "Line_Rate": "6.14400Gbps", "highest_SpeedIndex": 5, "speedEnables_Record": "000000100000"})");
+    QCOMPARE(runHost({"generate"_q, record, "--workdir"_q, work.path()}).exitCode, 0);
+    const QByteArray ini = read(dir + "/cpri.ini"_q), csr = read(dir + "/cpri.csr"_q);
+    QVERIFY2(ini.contains("q0_ln1_tx_rate 6.14400\n") && csr.startsWith(ini) && csr.contains("q0_ln1_vco_ghz 12.288000\n"), csr.constData());
+    QCOMPARE(entries(dir), QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q, "cpri_top.v"_q, "mine.v"_q, "top_define.vh"_q}));
 }
 
 void TestCli::generateTakesSeveralRecords()
@@ -150,7 +178,41 @@ void TestCli::resourcesOfARecord()
     QCOMPARE(m.value("instanceName"_q).toString(), "cpri_0:cpri_top"_q);
     QCOMPARE(m.value("laneList"_q).toVariant().toStringList() + m.value("pllList"_q).toVariant().toStringList()
                  + m.value("lineRates"_q).toVariant().toStringList(), QStringList({"Q0_LANE1"_q, "Q0_QPLL0"_q, "9.83040"_q}));
-    QCOMPARE(m.size(), 11); // with coreName, fileValue, moduleValue, refClockList, refFreqList, auxList1 and 2
+    QCOMPARE(QStringList({m["coreName"_q].toString(), m["fileValue"_q].toString(), m["moduleValue"_q].toString(),
+             m["refClockList"_q][0].toString(), m["refFreqList"_q][0].toString(), m["auxList1"_q][0].toString(), m["auxList2"_q][0].toString()}),
+             QStringList({"CPRI"_q, "cpri_0"_q, "cpri_top"_q, "Q0_REFCLK0"_q, "122.880"_q, "0"_q, "0"_q}));
+}
+
+// The prefix given, if any -> the template's first wire and first connection.
+void TestCli::templateNamesWiresAfterAPrefix()
+{
+    const QVector<QPair<QStringList, QString>> rows = {
+        {{}, "wire cpri_0_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(cpri_0_tx_arst_i),"_q},
+        {{"--prefix"_q, "u1_"_q}, "wire u1_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(u1_tx_arst_i),"_q},
+        {{"--prefix=-"_q}, "wire \\-tx_arst_i ;|cpri_top cpri_0 (|    .tx_arst_i(\\-tx_arst_i ),"_q},
+        {{"--prefix="_q}, "wire tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(tx_arst_i),"_q},
+    };
+    for (const auto &row : rows) {
+        const QStringList text = QString::fromUtf8(runHost(QStringList{"template"_q, Example} + row.first).out).split(QLatin1Char('\n'));
+        QCOMPARE(QStringList({text.value(0), text.filter(" ("_q).value(0), text.filter("    ."_q).value(0)}).join(QLatin1Char('|')), row.second);
+    }
+}
+
+// The shared values given -> the bias line of a core that claims its quad's bias.
+void TestCli::sharedBiasReachesTheSettings()
+{
+    QTemporaryDir work;
+    const QString record = writeRecord(work.filePath("r.json"_q), R"({"ifChangedAllOfBias": true})");
+    const QVector<QPair<QStringList, QString>> rows = {
+        {{"--shared"_q, "Q0_BIAS=12"_q}, "q0_rx_eq_bias 12"_q},
+        {{"--shared"_q, "Q1_BIAS=3"_q, "--shared"_q, "Q0_BIAS=0"_q}, "q0_rx_eq_bias 0"_q},
+        {{"--shared=Q0_BIAS=15"_q}, "q0_rx_eq_bias 15"_q},
+    };
+    for (const auto &row : rows) {
+        const Result r = runHost(QStringList{"generate"_q, record, "--workdir"_q, work.path()} + row.first);
+        QVERIFY2(r.exitCode == 0, r.err.constData());
+        QCOMPARE(r.json()["serdesSettings"_q].toVariant().toStringList().filter("_bias"_q), QStringList{row.second});
+    }
 }
 
 void TestCli::refusal_data()
@@ -168,12 +230,41 @@ void TestCli::refusal_data()
     row("text for a flag", R"({"MII": "true"})", "\"MII\" must be a boolean");
     row("fraction for an integer", R"({"ATT": 7.5})", "\"ATT\" must be an integer");
     row("list value", R"({"extra": [1]})", "\"extra\" must be a text");
+    row("number for a text", R"({"module": 5})", "\"module\" must be a text");
+    row("resources of no record", "[1]", "a record must be a JSON object", "resources RECORD");
+    row("template of no record", "[1]", "a record must be a JSON object", "template RECORD");
+    row("other core unreadable", changed("{}"), "cannot read WORK", "generate RECORD --occupy WORK --workdir WORK");
     row("empty record", "{}", "the record is empty");
     row("unknown device", changed(R"({"target_device": "XYZ"})"), "unknown device");
-    row("no workdir", "{}", "--workdir", "generate RECORD");
+    // The command line: the first thing missing, and options a command does not take.
+    row("no record", "{}", "generate needs at least one RECORD.json", "generate --workdir WORK");
     row("unknown command", "{}", "unknown command", "frobnicate");
-    row("resources without record", "{}", "RECORD.json", "resources");
+    row("no command", "{}", "no command given (try --help)", "--workdir WORK");
+    row("resources without record", "{}", "resources needs one RECORD.json", "resources");
+    row("two records", "{}", "ports takes one RECORD.json, not 2", "ports RECORD RECORD");
+    row("argument to info", "{}", "info takes no arguments, not \"x\"", "info x");
+    row("argument to dialog", "{}", "dialog takes no arguments, not \"x\"", "dialog x --workdir WORK");
+    row("two projects", "{}", "project takes one PROJECT.json, not 2", "project RECORD RECORD --workdir WORK");
+    row("two templates", "{}", "template takes one RECORD.json, not 2", "template RECORD RECORD");
+    row("template in a workdir", "{}", "template does not take --workdir (see --help)", "template RECORD --workdir WORK");
+    row("project on a device", "{}", "project does not take --device", "project RECORD --device DVA-1-C2I1");
+    row("unknown option", "{}", "Unknown option 'frob'", "generate RECORD --frob");
     row("dialog on an unknown device", "{}", "unknown device", "dialog --device nope --screenshot WORK");
+    row("core without project", "{}", "--core needs --project PROJECT.json", "dialog --core 1 --accept --workdir WORK");
+    row("project without core", "{}", "dialog --project needs --core N", "dialog --project RECORD --accept --workdir WORK");
+    const QByteArray project = R"({"device": "DVC-1-C2I1", "cores": [")" CPRI_SOURCE_DIR R"(/examples/project/cpri_a.json"]})";
+    row("project missing", "", "cannot read", "project RECORD");
+    row("project no object", "[1]", "a project must be a JSON object", "project RECORD");
+    row("dialog on no project", "[1]", "a project must be a JSON object", "dialog --project RECORD --core 1 --workdir WORK");
+    row("core out of range", project, ", 1 to 1, not \"2\"", "dialog --project RECORD --core 2 --workdir WORK");
+    row("core no number", project, ", 1 to 1, not \"x\"", "dialog --project RECORD --core x --workdir WORK");
+    row("dialog with a bias too high", "{}", "--shared Q0_BIAS=99: Q0_BIAS takes 0 to 15, not 99", "dialog --shared Q0_BIAS=99 --accept --workdir WORK");
+    row("project and record", "{}", "--edit does not go with --project", "dialog --project RECORD --core 1 --edit RECORD --workdir WORK");
+    row("prefix with a blank", changed("{}"), "--prefix \"a b\" must be printable", "template RECORD --prefix a%20b");
+    // Shared values are what the dialog's bias box offers.
+    row("bias too high", changed("{}"), "--shared Q0_BIAS=16: Q0_BIAS takes 0 to 15, not 16", "generate RECORD --shared Q0_BIAS=16 --workdir WORK");
+    row("bias not a number", changed("{}"), "--shared Q0_BIAS=x: it takes KEY=INTEGER", "generate RECORD --shared Q0_BIAS=x --workdir WORK");
+    row("no bias", changed("{}"), "--shared Q2_BIAS=1: \"Q2_BIAS\" is no quad bias", "generate RECORD --shared Q2_BIAS=1 --workdir WORK");
     // Texts reach define files and setting lines as they are.
     row("module with a line", changed(R"({"module": "a\n`include \"/etc/passwd\""})"), "\"module\" holds the control character U+000A");
     row("rate with a line", changed(R"({"Line_Rate": "9.83040Gbps\nq0_ln2_enable true"})"), "\"Line_Rate\" holds the control character U+000A");
@@ -228,6 +319,7 @@ void TestCli::refusal_data()
     row("misspelt key", changed(R"({"DRP_ports": true})"), "\"DRP_ports\" is no key of the record; did you mean \"DRP_Ports\"?");
     row("ports of a changed record", changed(R"({"GMII": true})"), "\"MII\" is true", "ports RECORD");
     row("resources of a changed record", changed(R"({"GMII": true})"), "\"MII\" is true", "resources RECORD");
+    row("core on a held lane", changed("{}"), "record.json: lane Q0_LANE1 is held by cpri_0:cpri_top", "generate RECORD --occupy RECORD --occupy RECORD --workdir WORK");
 }
 
 void TestCli::refusal()
@@ -238,10 +330,39 @@ void TestCli::refusal()
     QTemporaryDir dir;
     const QString path = dir.filePath("record.json"_q), work = dir.filePath("work"_q);
     QVERIFY(record.isEmpty() || write(path, record));
-    const Result r = runHost(arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' ')));
+    message.replace("WORK"_q, work);
+    QStringList words = arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' '));
+    const Result r = runHost(words.replaceInStrings("%20"_q, " "_q));
     const QString err = QString::fromUtf8(r.err);
     QVERIFY2(err.startsWith("cpri-host: "_q) && err.contains(message) && err.count(QLatin1Char('\n')) == 1, qPrintable(err));
     QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(work));
+}
+
+// Runs that fail for a reason outside the record: exit 1, one line, nothing written.
+void TestCli::failuresNameTheirCause()
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath("file"_q), work = dir.filePath("work"_q), package = dir.filePath("package"_q);
+    QVERIFY(write(file, "in the way") && QDir().mkpath(package + "/data"_q) && QDir().mkpath(dir.filePath("bare"_q)));
+    for (const char *name : {"libcpri.so", "cpri.ipspec", "data/cpri_core_encryption.v"})
+        QVERIFY(QFile::copy(CPRI_PACKAGE_DIR "/"_q + QString::fromUtf8(name), package + "/"_q + QString::fromUtf8(name)));
+    QVERIFY(QFile::copy(CPRI_PLUGIN_PATH ""_q, dir.filePath("bare/libcpri.so"_q))); // a package without its descriptor
+    QVERIFY(write(package + "/data/cpri_top.v"_q, read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q).replace("`include \"cpri_defines.vh\"", "")));
+    const QVector<QPair<QStringList, QString>> rows = {
+        {{"generate"_q, Example, "--workdir"_q, file}, "CPRI: cannot create directory "_q + file + "/cpri_0/temp"_q},
+        {{"template"_q, Example, "--out"_q, work + "/t.v"_q}, "cannot write "_q + work + "/t.v"_q},
+        {{"generate"_q, Example, "--workdir"_q, work, "--plugin"_q, package + "/libcpri.so"_q},
+         package + "/data/cpri_top.v does not include top_define.vh and cpri_defines.vh once each"_q},
+        {{"info"_q, "--plugin"_q, work + "/libcpri.so"_q}, "cannot load plug-in "_q + work + "/libcpri.so"_q},
+        {{"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, work, "--out"_q, file + "/r.json"_q}, "cannot write "_q + file + "/r.json"_q},
+        {{"info"_q, "--plugin"_q, dir.filePath("bare/libcpri.so"_q)}, "the package in "_q + dir.filePath("bare"_q) + " offers no protocol (is its descriptor readable?)"_q},
+    };
+    for (const auto &row : rows) {
+        const Result r = runHost(row.first);
+        QVERIFY2(r.exitCode == 1 && r.err.startsWith("cpri-host: ") && r.err.contains(row.second.toUtf8()) && r.err.count('\n') == 1,
+                 r.err.constData());
+        QVERIFY(r.out.isEmpty() && !QFileInfo::exists(work));
+    }
 }
 
 // The check cpri-host applies to the setting lines the plug-in made: one bad line each.
@@ -278,6 +399,13 @@ void TestCli::dialogEditAndAcceptKeepsTheRecord()
     const QJsonObject original = QJsonDocument::fromJson(read(Example)).object();
     QVERIFY2(r.exitCode == 0 && r.json().object() == original, r.err.constData());
     QCOMPARE(QJsonDocument::fromJson(read(out)).object(), original);
+    // A new core whose folder is there already: the dialog asks, is answered Yes, and then
+    // refuses a core without a rate; the folder it did not make stays.
+    const Result created = runHost({"dialog"_q, "--device"_q, "DVA-1-C2I1"_q, "--accept"_q, "--workdir"_q, dir.path()});
+    QCOMPARE(QString::fromUtf8(created.err), "cpri-host: Question: The folder \"%1/cpri_0\" already exists. Its files may be "
+             "overwritten.\nDo you want to use it anyway?\ncpri-host: Error: Please Enable Speed\n"
+             "cpri-host: the dialog refused its settings\n"_q.arg(dir.path()));
+    QVERIFY(created.exitCode == 1 && QFileInfo(dir.filePath("cpri_0/temp/cpri/cpri.csr"_q)).isFile());
 }
 
 void TestCli::dialogSaysWhyItRefused()
@@ -288,6 +416,24 @@ void TestCli::dialogSaysWhyItRefused()
     const Result folder = runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, inTheWay});
     QVERIFY2(folder.exitCode == 1 && folder.err.endsWith(": the dialog refused its settings: CPRI: cannot create directory "
                                  + inTheWay.toUtf8() + "/cpri_0/temp/cpri\n"), folder.err.constData());
+    // The calculation refuses a reference clock that cannot make the rate: the folders it made go.
+    const QString slow = writeRecord(dir.filePath("slow.json"_q), R"({"Reference_CLK_Frequency": "100"})");
+    const Result rate = runHost({"dialog"_q, "--edit"_q, slow, "--accept"_q, "--workdir"_q, dir.filePath("new/work"_q)});
+    QVERIFY2(rate.err.startsWith("cpri-host: Failure: QPLL0 cannot generate 9.8304 Gbps from a 100 MHz reference clock\n")
+                 && rate.err.endsWith("\ncpri-host: the dialog refused its settings\n"), rate.err.constData());
+    QVERIFY(rate.exitCode == 1 && !QFileInfo::exists(dir.filePath("new"_q)));
+    const QString old = writeRecord(dir.filePath("old.json"_q), R"({"version": "0.9"})");
+    const Result version = runHost({"dialog"_q, "--edit"_q, old, "--accept"_q, "--workdir"_q, dir.filePath("new"_q)});
+    QCOMPARE(QString::fromUtf8(version.err), "cpri-host: Error: This version of specified IP Config file is incompatible with current "
+                                             "IP Core Generator.\ncpri-host: no record: the dialog was cancelled or refused\n"_q);
+    QProcess nowhere; // no display to show the dialog on
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QString::fromUtf8(name));
+    nowhere.setProcessEnvironment(environment);
+    nowhere.start(CPRI_HOST_PATH ""_q, {"dialog"_q, "--edit"_q, Example});
+    QVERIFY(nowhere.waitForFinished(-1) && nowhere.exitCode() == 2 && nowhere.readAllStandardError()
+            == "cpri-host: the dialog needs a display (set DISPLAY, or use --accept or --screenshot)\n");
     const QString longName = writeRecord(dir.filePath("long.json"_q), "{\"file\": \"" + QByteArray(256, 'x') + "\"}");
     const Result name = runHost({"dialog"_q, "--edit"_q, longName, "--accept"_q, "--workdir"_q, dir.path()});
     QVERIFY2(name.exitCode == 1 && name.err.startsWith("cpri-host: Error: The file name is 256 bytes long; a folder name holds at most 255.\n"),
@@ -304,25 +450,29 @@ void TestCli::dialogScreenshots()
         QVERIFY2(QImage(shot).width() > 600, qPrintable(shot));
 }
 
-// Each round writes a set whose three files all name the round. Runs are
-// killed at changes beside the core's folder, or raced two at a time; the
-// folder must always hold one complete set, and a finished run leaves
-// nothing beside it.
+// Each round writes a set whose files all name the round. Runs are killed
+// at changes beside the core's folder, or raced two at a time; the folder
+// must always hold one complete set, and a finished run leaves nothing
+// beside it.
 void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
 {
     QTemporaryDir work;
     const QString temp = work.filePath("core/temp"_q), dir = temp + "/cpri"_q;
+    const QStringList frequencies = "122.88 153.6 245.76 98.304 76.8 196.608 102.4"_q.split(QLatin1Char(' ')); // all make 9.8304 Gbps
     const auto start = [&](QProcess &run, int round) {
         run.start(CPRI_HOST_PATH ""_q, {"generate"_q, writeRecord(work.filePath("r%1"_q.arg(round)), QStringLiteral(
-            R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "FFEMODE": "Manual", "FFE_CM": %2, "FFE_C1": %3,
-                "FFE_C0": "%4"})").arg(round).arg(round % 10).arg(round / 10).arg(40 - round % 10 - round / 10).toUtf8()), "--workdir"_q, work.path()});
+            R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "Reference_CLK_Frequency": "%2"})")
+            .arg(round).arg(frequencies.at(round % 7)).toUtf8()), "--workdir"_q, work.path()});
         return &run;
     };
     const auto heldRound = [&] { // the round whose complete set the folder holds, or -1
         const int round = QString::fromUtf8(read(dir + "/top_define.vh"_q)).section("module_name m"_q, 1).toInt();
-        return entries(dir) == QStringList({"cpri.ini"_q, "cpri_defines.vh"_q, "top_define.vh"_q})
-            && read(dir + "/cpri_defines.vh"_q).contains("CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n')
-            && read(dir + "/cpri.ini"_q).contains(QStringLiteral("_ffe_cm %1\nq0_ln1_tx_ffe_c1 %2\n").arg(round % 10).arg(round / 10).toUtf8()) ? round : -1;
+        const QByteArray period = "CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n';
+        const QByteArray frequency = "q0_refclk0_freq " + frequencies.value(round % 7).toUtf8() + '\n';
+        const QString top = "/m%1.v"_q.arg(round);
+        return entries(dir) == QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q, top.mid(1), "top_define.vh"_q})
+            && read(dir + "/cpri_defines.vh"_q).contains(period) && read(dir + top).contains(period)
+            && read(dir + "/cpri.ini"_q).contains(frequency) && read(dir + "/cpri.csr"_q).contains(frequency) ? round : -1;
     };
     QProcess first;
     QVERIFY(start(first, 1)->waitForFinished(-1) && heldRound() == 1);

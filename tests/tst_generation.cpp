@@ -49,13 +49,22 @@ QString run(const char *program, const QStringList &arguments)
 }
 
 // Compiled after the core, so its defines hold: prints what the core receives.
-const char Testbench[] = R"(module tb;
-  my_cpri dut();
+// Compiled after the top level: it says which define the top level left
+// behind, then reads the define files itself.
+QByteArray testbench()
+{
+    QByteArray left;
+    for (const QString &name : IPCPRI::Generate::defineNames())
+        left += "`ifdef " + name.toUtf8() + "\n  initial $display(\"left " + name.toUtf8()
+                + "\");\n`endif\n";
+    return "module tb;\n" + left + R"(  my_cpri dut();
+`include "cpri_defines.vh"
   initial $display("%0d %0d %0d %b %0d %h %h %h %h %0.2f", dut.core.LANE_NUM, dut.core.DATA_WIDTH,
     dut.core.SLOT_WIDTH, dut.core.LINE_RATE_MASK, dut.core.LINE_RATE_INIT, dut.core.SCRAMBLER_SEED,
     dut.core.PROTOCOL_VER, dut.core.HDLC_RATE, dut.core.ETH_POINTER, `CFG_CLK_PERIOD);
 endmodule
 )";
+}
 
 // What generation of away() writes: its core defines, its synthesis options, and its
 // settings: the caller's line, the lines of lane q1_ln3 ("~") on DVB-1, its reference
@@ -197,6 +206,7 @@ private slots:
     // The core compiles with the define files and receives the configured values.
     void definesCompileWithTheCore()
     {
+        namespace Gen = IPCPRI::Generate;
         QVERIFY2(QFileInfo(u(IVERILOG_PATH)).isExecutable()
                      && QFileInfo(u(VVP_PATH)).isExecutable(),
                  "Icarus Verilog (iverilog and vvp) is needed: install it and configure again");
@@ -209,12 +219,20 @@ private slots:
         for (const auto &row : rows) {
             QFile bench(out("tb.v"));
             QVERIFY(generate(row.first) && bench.open(QIODevice::WriteOnly));
-            bench.write(Testbench);
+            bench.write(testbench());
             bench.close();
             const QStringList files = {core + u("cpri_top.v"), core + u("cpri_core_encryption.v")};
             QCOMPARE(run(IVERILOG_PATH, QStringList{u("-I"), out(), u("-o"), out("sim")} + files
                                             + QStringList{bench.fileName()}), QString());
-            QCOMPARE(run(VVP_PATH, {out("sim")}).left(row.second.size()), row.second);
+            const QString shown = run(VVP_PATH, {out("sim")});
+            QCOMPARE(shown.left(row.second.size()), row.second);
+            QVERIFY2(!shown.contains(u("left ")), qPrintable(shown));
+        }
+        // Every define the files hold is one the top level closes.
+        for (const ConfigMap &r :
+             {away(), initial(), with(away(), "Master=false; MII=true; PLL_Selection=QPLL1")}) {
+            for (const QString &line : Gen::topDefines(r) + Gen::coreDefines(r))
+                QVERIFY2(Gen::defineNames().contains(line.section(u(" "), 1, 1)), qPrintable(line));
         }
     }
 

@@ -97,6 +97,39 @@ private slots:
         QCOMPARE(yosysPorts(read(json), module), expected);
     }
 
+    // The example project's cores, of three speed classes, in one design: cores.f
+    // compiled in its order and backwards, cores_template.v pasted into one module.
+    // No tool warns (no resizing, no redeclaration), and each core's module has the
+    // ports `cpri-host ports` gives for its record.
+    void projectCompilesAsOneDesign()
+    {
+        QTemporaryDir work;
+        const QString example = CPRI_SOURCE_DIR "/examples/project/", out = work.filePath("out");
+        for (const QString &name : QDir(example).entryList({"*.json"}))
+            QVERIFY(QFile::copy(example + name, work.filePath(name)));
+        QCOMPARE(run(CPRI_HOST_PATH, {"project", work.filePath("project.json")}).first, 0);
+        const QStringList sources = QString::fromUtf8(read(out + "/cores.f")).split('\n', Qt::SkipEmptyParts);
+        QCOMPARE(sources.size(), 5);
+        QStringList backwards(sources.crbegin(), sources.crend());
+        QVERIFY(write(out + "/backwards.f", (backwards.join('\n') + '\n').toUtf8()));
+        QVERIFY(write(out + "/board.v", "`timescale 1ns / 1ps\nmodule board;\n/* verilator lint_off UNUSED */\n"
+                                        "/* verilator lint_off UNDRIVEN */\n`include \"cores_template.v\"\nendmodule\n"));
+        for (const char *list : {"/cores.f", "/backwards.f"})
+            QCOMPARE(run(IVERILOG_PATH, {"-Wall", "-g2005", "-I", out, "-f", out + list, "-s", "board", "-o", out + "/sim", out + "/board.v"}),
+                     qMakePair(0, QString()));
+        QCOMPARE(run(VERILATOR_PATH, {"--lint-only", "-Wall", "-I" + out, "-f", out + "/cores.f", out + "/board.v", "--top-module", "board"}),
+                 qMakePair(0, QString()));
+        const QString json = out + "/board.json";
+        QCOMPARE(run(YOSYS_PATH, {"-q", "-p", QString("read_verilog -I%2 %1 %2/board.v; hierarchy -check -top board; write_json %3")
+                                                  .arg(sources.join(' '), out, json)}), qMakePair(0, QString()));
+        for (const char *core : {"cpri_a", "cpri_b", "cpri_c", "cpri_d"}) {
+            QStringList expected;
+            for (const QJsonValue &p : QJsonDocument::fromJson(run(CPRI_HOST_PATH, {"ports", example + core + ".json"}).second.toUtf8()).array())
+                expected << QString("%1 %2 %3").arg(p["direction"].toString(), p["name"].toString()).arg(p["width"].toInt());
+            QCOMPARE(yosysPorts(read(json), core + QString("_top")), expected);
+        }
+    }
+
     // What the user clicks (and a saved record holds) -> an accepted record whose
     // port list is the symbol the dialog shows, of so many ports.
     void dialogShowsTheRecordsPorts_data()

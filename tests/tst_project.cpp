@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -32,30 +33,57 @@ struct Run
     QStringList errors;
 };
 
-// The example project with one more core, run in a scratch folder.
-Run runProject(const QTemporaryDir &dir, const QJsonValue &extra)
+Run runHost(const QStringList &arguments, const QString &path = qgetenv("PATH"))
+{
+    QProcess host;
+    host.setEnvironment(QProcess::systemEnvironment() << "PATH=" + path); // the last PATH counts
+    host.start(CPRI_HOST_PATH, arguments);
+    host.waitForFinished(-1);
+    const QString errors = QString::fromUtf8(host.readAllStandardError()).trimmed();
+    return {host.exitCode(), QJsonDocument::fromJson(host.readAllStandardOutput()).object(),
+            errors.isEmpty() ? QStringList() : errors.split('\n')};
+}
+
+void writeJson(const QString &path, const QJsonObject &object)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(object).toJson()) > 0);
+}
+
+// The example project in a scratch folder, its record files where they are
+// (or copied beside it, for a run that writes them), with one more core and
+// changes of its own; its path.
+QString writeProject(const QTemporaryDir &dir, const QJsonValue &extra, const QJsonObject &changes = {},
+                     bool copyRecords = false)
 {
     QJsonObject project = readJson(Example + "project.json");
     QJsonArray cores = project.value("cores").toArray();
-    for (QJsonValueRef core : cores) { // the record files stay where they are
+    for (QJsonValueRef core : cores) {
         QJsonObject entry = core.isObject() ? core.toObject() : QJsonObject{{"record", core}};
-        entry["record"] = Example + entry.value("record").toString();
+        const QString record = entry.value("record").toString();
+        entry["record"] = copyRecords && QFile::copy(Example + record, dir.filePath(record)) ? record : Example + record;
         core = entry;
     }
     if (!extra.isNull())
         cores.append(extra);
     project["cores"] = cores;
     project["workdir"] = ".";
-    QFile file(dir.filePath("project.json"));
-    file.open(QIODevice::WriteOnly);
-    file.write(QJsonDocument(project).toJson());
-    file.close();
-    QProcess host;
-    host.start(CPRI_HOST_PATH, {"project", file.fileName()});
-    host.waitForFinished();
-    const QString errors = QString::fromUtf8(host.readAllStandardError()).trimmed();
-    return {host.exitCode(), QJsonDocument::fromJson(host.readAllStandardOutput()).object(),
-            errors.isEmpty() ? QStringList() : errors.split('\n')};
+    for (auto it = changes.begin(); it != changes.end(); ++it)
+        project[it.key()] = it.value();
+    writeJson(dir.filePath("project.json"), project);
+    return dir.filePath("project.json");
+}
+
+Run runProject(const QTemporaryDir &dir, const QJsonValue &extra, const QJsonObject &changes = {})
+{
+    return runHost({"project", writeProject(dir, extra, changes)});
+}
+
+QStringList lines(const QString &path)
+{
+    QFile file(path);
+    file.open(QIODevice::ReadOnly);
+    return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
 }
 
 // A fifth core: the second core's record with changes.
@@ -88,9 +116,42 @@ private slots:
         QCOMPARE(run.report.value("refused").toInt(), 0);
         const QJsonArray cores = run.report.value("cores").toArray();
         QCOMPARE(cores.size(), 4);
+        QStringList tops{QFileInfo(CPRI_PACKAGE_DIR "/data/cpri_core_encryption.v").absoluteFilePath()};
         for (const char *core : {"cpri_a", "cpri_b", "cpri_c", "cpri_d"})
-            QVERIFY(QFile::exists(dir.filePath(QString(core) + "/temp/cpri/cpri.ini")));
-        QCOMPARE(cores.at(3).toObject().value("pll").toString(), "Q1_QPLL1");
+            tops << dir.filePath(QString(core) + "/temp/cpri/" + core + "_top.v");
+        QCOMPARE(lines(run.report.value("sources").toString()), tops); // the engine once, then each core
+        QCOMPARE(run.report.value("workdir").toString() + '|' + run.report.value("templates").toString(),
+                 dir.path() + '|' + dir.filePath("cores_template.v"));
+        const QJsonObject d = cores.at(3).toObject();
+        QCOMPARE(QStringList({d["core"].toString(), d["source"].toString(), d["instance"].toString(), d["lane"].toString(),
+                              d["pll"].toString(), d["refClock"].toString(), d["files"][3].toString()}),
+                 QStringList({"core 4", Example + "cpri_d.json", "cpri_d:cpri_d_top", "Q1_LANE0", "Q1_QPLL1", "Q1_REFCLK0",
+                              dir.filePath("cpri_d/temp/cpri/cpri_d_top.v")}));
+        const QStringList templates = lines(dir.filePath("cores_template.v"));
+        QCOMPARE(templates.first(), "// core 1 (" + Example + "cpri_a.json)");
+        QCOMPARE(templates.filter(QRegularExpression("^\\w+ \\w+ \\($")).join('|'),
+                 "cpri_a_top cpri_a (|cpri_b_top cpri_b (|cpri_c_top cpri_c (|cpri_d_top cpri_d (");
+    }
+
+    // Every core is synthesised, and a host without Yosys fails each, writing none.
+    void synthesisOfEveryCore()
+    {
+        for (const QString &path : {QString(qgetenv("PATH")), QString("/nonexistent")}) {
+            QTemporaryDir dir;
+            const QString out = dir.filePath("out");
+            const Run run = runHost({"project", writeProject(dir, QJsonValue()), "--synthesize", "--workdir", out}, path);
+            const bool yosys = path != "/nonexistent";
+            QCOMPARE(run.code, yosys ? 0 : 1);
+            for (const QJsonValue &core : run.report.value("cores").toArray()) {
+                const QString message = core["synthesisMessage"].toString() + core["refused"]["message"].toString();
+                QVERIFY2(message.startsWith(yosys ? "Synthesis of cpri (" + core["instance"].toString().section(':', 1) + ") for DVC-1-C2I1 with Yosys:\n"
+                                                  : "Synthesis of cpri failed: Yosys is not on the PATH"), qPrintable(message));
+            }
+            QCOMPARE(run.errors.size(), yosys ? 0 : 4);
+            QVERIFY(yosys || run.errors.first().startsWith("cpri-host: core 1 (" + Example + "cpri_a.json) not generated: Synthesis"));
+            QCOMPARE(QDir(out).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), yosys ? 6 : 0); // and the design files
+            QCOMPARE(QFileInfo::exists(out), yosys);
+        }
     }
 
     void fifthCoreConflicts_data()
@@ -109,6 +170,9 @@ private slots:
             << "refclock|Q0_REFCLK0|core 1";
         QTest::newRow("bias") << QJsonValue(fifth({{"ifChangedAllOfBias", true}}, 12)) << "bias|Q0_BIAS|core 1";
         QTest::newRow("folder") << QJsonValue(fifth({{"file", "cpri_a"}})) << "file|cpri_a|core 1";
+        QTest::newRow("module") << QJsonValue(fifth({{"module", "cpri_b_top"}})) << "module|cpri_b_top|core 2";
+        // Its wire cpri_a_mii_ + tx_arst_i is core 1's cpri_a_ + mii_tx_arst_i.
+        QTest::newRow("template name") << QJsonValue(fifth({{"file", "cpri_a_mii"}})) << "name|cpri_a_mii_tx_arst_i|core 1";
     }
 
     void fifthCoreConflicts()
@@ -126,23 +190,99 @@ private slots:
         const QString earlier = refused.value("heldBy").toString();
         QCOMPARE(run.errors, QStringList("cpri-host: core 5 (" + dir.filePath("project.json") + ") refused: "
                                          + refused.value("message").toString() + " (" + earlier + ")"));
-        QVERIFY(!QDir(dir.filePath("cpri_e")).exists());
         QCOMPARE(QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
                  QStringList({"cpri_a", "cpri_b", "cpri_c", "cpri_d"}));
         QFile top(dir.filePath("cpri_a/temp/cpri/top_define.vh"));
         QVERIFY(top.open(QIODevice::ReadOnly));
         QCOMPARE(top.readAll(), QByteArray("`define module_name cpri_a_top\n")); // the first core's
+        QCOMPARE(lines(dir.filePath("cores.f")).size(), 5); // the refused core is in no design file
     }
 
-    // A project that cannot be read writes nothing.
-    void badProjectWritesNothing()
+    // A core that claims its quad's bias needs a value: its own, or the project's.
+    void claimWithoutABias()
     {
         QTemporaryDir dir;
-        for (const QJsonObject &core : {fifth({{"target_device", "DVA-1-C2I1"}}), fifth({{"module", "a\nb"}})}) {
-            const Run run = runProject(dir, core);
-            QCOMPARE(run.code, 2);
-            QCOMPARE(run.errors.size(), 1);
-            QVERIFY(QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).isEmpty());
+        const Run run = runProject(dir, QJsonValue(), {{"cores", QJsonArray{Example + "cpri_d.json"}}});
+        const QJsonObject refused = run.report["cores"][0]["refused"].toObject();
+        QCOMPARE(run.code, 1);
+        QCOMPARE(refused, QJsonObject({{"kind", "bias"}, {"resource", "Q1_BIAS"}, {"heldBy", "the project's shared values"},
+                                       {"message", "Q1_BIAS is not set: give the core's quadBias or the project's shared Q1_BIAS"}}));
+        QCOMPARE(run.errors, QStringList("cpri-host: core 1 (" + Example + "cpri_d.json) refused: " + refused["message"].toString()));
+    }
+
+    // A project that cannot be read writes nothing: exit 2 and one line.
+    void badProjectWritesNothing_data()
+    {
+        QTest::addColumn<QJsonValue>("core");
+        QTest::addColumn<QJsonObject>("changes");
+        QTest::addColumn<QString>("message");
+        const auto row = [](const char *name, const QJsonValue &core, const QJsonObject &changes, const char *message) {
+            QTest::newRow(name) << core << changes << QString(message);
+        };
+        row("device of a core", fifth({{"target_device", "DVA-1-C2I1"}}), {}, "its device \"DVA-1-C2I1\" is not the project's \"DVC-1-C2I1\"");
+        row("record", fifth({{"module", "a\nb"}}), {}, "\"module\" holds the control character U+000A");
+        row("unclaimed bias", fifth({}, 5), {}, "the quadBias 5 of core 5: its record does not claim its quad's bias (\"ifChangedAllOfBias\" is false)");
+        row("bias too high", fifth({{"ifChangedAllOfBias", true}}, 16), {}, "the quadBias 16 of core 5: Q0_BIAS takes 0 to 15, not 16");
+        row("bias no number", QJsonObject{{"record", fifth({})}, {"quadBias", "9"}}, {}, "the quadBias of core 5 must be an integer");
+        row("shared too high", QJsonValue(), {{"shared", QJsonObject{{"Q1_BIAS", 99}}}}, "the shared value \"Q1_BIAS\": Q1_BIAS takes 0 to 15, not 99");
+        row("shared no bias", QJsonValue(), {{"shared", QJsonObject{{"X", 1}}}}, "the shared value \"X\": \"X\" is no quad bias");
+        row("shared no number", QJsonValue(), {{"shared", QJsonObject{{"Q0_BIAS", 1.5}}}}, "the shared value \"Q0_BIAS\": it must be an integer");
+        row("unknown device", QJsonValue(), {{"device", "nope"}}, "unknown device \"nope\" (see: cpri-host devices)");
+        row("no cores", QJsonValue(), {{"cores", QJsonArray()}}, "\"cores\" must list the project's cores");
+        row("core of no kind", 7, {}, "core 5 must be a record or the path of one");
+    }
+
+    void badProjectWritesNothing()
+    {
+        QFETCH(QJsonValue, core);
+        QFETCH(QJsonObject, changes);
+        QFETCH(QString, message);
+        QTemporaryDir dir;
+        const Run run = runProject(dir, core, changes);
+        QCOMPARE(run.code, 2);
+        QCOMPARE(run.errors.size(), 1);
+        QVERIFY2(run.errors.first().contains(message), qPrintable(run.errors.first()));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("project.json"));
+    }
+
+    // The project is the dialog's memory: a core opens with the project's
+    // bias of its quad, and OK writes the record and that bias back. Core 1
+    // claims Q0 with 12, core 2 claims it with 5 and the project shares 7:
+    // the dialog shows the project's 7, and OK makes it the whole quad's.
+    void dialogKeepsTheProjectsBias()
+    {
+        QTemporaryDir dir;
+        // Records as the dialog writes them: core 2's in a file, core 3's in the project itself.
+        QJsonObject b = runHost({"dialog", "--edit", Example + "cpri_b.json", "--accept"}).report;
+        b["ifChangedAllOfBias"] = true;
+        writeJson(dir.filePath("b.json"), b);
+        const QJsonObject c = runHost({"dialog", "--edit", Example + "cpri_c.json", "--accept"}).report;
+        const QString project = writeProject(dir, QJsonValue(), {{"shared", QJsonObject{{"Q0_BIAS", 7}}}}, true);
+        QJsonObject file = readJson(project);
+        QJsonArray cores = file["cores"].toArray();
+        cores[0] = QJsonObject{{"record", cores[0].toObject()["record"]}, {"quadBias", 12}};
+        cores[1] = QJsonObject{{"record", "b.json"}, {"quadBias", 5}};
+        cores[2] = c;
+        file["cores"] = cores;
+        writeJson(project, file);
+        for (int core : {1, 2, 3, 4}) { // the last in a working directory of its own
+            const QStringList elsewhere = core == 4 ? QStringList{"--workdir", dir.filePath("elsewhere")} : QStringList();
+            const Run run = runHost(QStringList{"dialog", "--project", project, "--core", QString::number(core), "--accept"} + elsewhere);
+            QVERIFY2(run.code == 0 && run.errors.isEmpty(), qPrintable(run.errors.join('\n')));
+        }
+        QVERIFY(QFileInfo(dir.filePath("elsewhere/cpri_d/temp/cpri/cpri.csr")).isFile()); // its Calculate's
+        file = readJson(project);
+        cores = file["cores"].toArray();
+        QCOMPARE(file["shared"].toObject(), QJsonObject({{"Q0_BIAS", 7}}));
+        QCOMPARE(cores.at(0)["quadBias"].toInt(), 7);
+        QCOMPARE(cores[1], QJsonValue(QJsonObject({{"record", "b.json"}, {"quadBias", 7}})));
+        QCOMPARE(cores[2], QJsonValue(c));
+        QCOMPARE(cores.at(3)["quadBias"].toInt(), 11);
+        QCOMPARE(readJson(dir.filePath("b.json")), b);
+        QCOMPARE(runHost({"project", project}).code, 0);
+        for (const char *core : {"cpri_a:q0_rx_eq_bias 7", "cpri_b:q0_rx_eq_bias 7", "cpri_d:q1_rx_eq_bias 11"}) {
+            const QStringList ini = lines(dir.filePath(QString(core).section(':', 0, 0) + "/temp/cpri/cpri.ini"));
+            QCOMPARE(ini.filter("_rx_eq_bias"), QStringList(QString(core).section(':', 1)));
         }
     }
 };

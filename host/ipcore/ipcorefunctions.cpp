@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
 
 #include <cerrno>
@@ -42,6 +43,12 @@ const QString nameKey = QStringLiteral("ipcore.name");
 const QString versionKey = QStringLiteral("ipcore.version");
 
 QStringList &writtenPaths()
+{
+    static QStringList paths;
+    return paths;
+}
+
+QStringList &createdPaths()
 {
     static QStringList paths;
     return paths;
@@ -140,8 +147,14 @@ bool makeDirs(const QString &dir, const QString &coreName)
     bool prepared = false;
     if (Internal::prepareSetFolder(dir, coreName, &prepared))
         return prepared;
+    QString created;
+    for (QString missing = QDir::cleanPath(QDir().absoluteFilePath(dir));
+         !QFileInfo::exists(missing); missing = QFileInfo(missing).path())
+        created = missing;
     if (!QDir().mkpath(dir))
         return fail(QStringLiteral("%1: cannot create directory %2").arg(coreName, dir));
+    if (!created.isEmpty())
+        createdPaths() << created;
     return true;
 }
 
@@ -174,6 +187,11 @@ bool generateFile(const QString &path, const QStringList &lines, QWidget *parent
 QString lastError()
 {
     return lastErrorText();
+}
+
+QStringList createdFolders()
+{
+    return createdPaths();
 }
 
 QStringList writtenFiles()

@@ -51,6 +51,10 @@ IPHOST_EXPORT bool makeDirs(const QString &dir, const QString &coreName);
 IPHOST_EXPORT bool generateFile(const QString &path, const QStringList &lines, QWidget *parent,
                                 const QString &header);
 
+// The highest folder each makeDirs call outside an output set created, in
+// the order they came (none for a folder that was there).
+IPHOST_EXPORT QStringList createdFolders();
+
 // The reason of the last failed makeDirs or generateFile call.
 IPHOST_EXPORT QString lastError();
 // Paths generateFile has written since the last clearWrittenFiles().

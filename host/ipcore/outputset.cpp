@@ -253,6 +253,23 @@ QStringList OutputSet::files() const
     return d->files;
 }
 
+QString OutputSet::writePath(const QString &path)
+{
+    if (!d->lock.isOpen() || cleanAbsolute(QFileInfo(path).path()) != d->folder)
+        return QString();
+    return Internal::stagedPath(path);
+}
+
+bool OutputSet::remove(const QString &path)
+{
+    if (!d->lock.isOpen() || cleanAbsolute(QFileInfo(path).path()) != d->folder)
+        return false;
+    const QString name = QFileInfo(path).fileName();
+    d->files.removeAll(d->folder + QLatin1Char('/') + name);
+    const QString staged = d->staging + QLatin1Char('/') + name;
+    return !QFileInfo::exists(staged) || QFile::remove(staged);
+}
+
 namespace Internal {
 
 bool prepareSetFolder(const QString &dir, const QString &coreName, bool *ok)

@@ -42,8 +42,15 @@ public:
     void abort();
     // The set's output folder; empty until makeDirs names it.
     QString folder() const;
-    // The paths in the output folder that generateFile wrote for this set.
+    // The paths in the output folder written for this set.
     QStringList files() const;
+    // Where a writer other than generateFile puts path, a file of the set's
+    // folder: its place in the staging folder, and path becomes one of the
+    // set's files. Empty while the set holds no folder.
+    QString writePath(const QString &path);
+    // Leaves path, a file the folder holds, out of the new set; false when
+    // the set holds no folder or the file cannot be removed from it.
+    bool remove(const QString &path);
 
     class Private;
 

@@ -428,15 +428,32 @@ bool serdes::release(const QString &instanceName)
     return released;
 }
 
+namespace {
+
+bool isQuadBiasKey(const QString &registryKey)
+{
+    static const QRegularExpression pattern(QStringLiteral("^Q[01]_BIAS$"));
+    return pattern.match(registryKey).hasMatch();
+}
+
+} // namespace
+
+QString serdes::quadBiasProblem(const QString &registryKey, int value)
+{
+    if (!isQuadBiasKey(registryKey))
+        return BiasUnknown.arg(registryKey);
+    if (value < 0 || value > maxBias)
+        return BiasRange.arg(registryKey).arg(maxBias).arg(value);
+    return QString();
+}
+
 bool serdes::claimQuadBias(const QString &registryKey, int value, const QString &holder,
                            Conflict *conflict)
 {
-    static const QRegularExpression pattern(QStringLiteral("^Q[01]_BIAS$"));
-    if (!pattern.match(registryKey).hasMatch())
-        return refuse(conflict, Conflict::Unknown, registryKey, {}, BiasUnknown.arg(registryKey));
-    if (value < 0 || value > maxBias)
-        return refuse(conflict, Conflict::QuadBias, registryKey, {},
-                      BiasRange.arg(registryKey).arg(maxBias).arg(value));
+    const QString problem = quadBiasProblem(registryKey, value);
+    if (!problem.isEmpty())
+        return refuse(conflict, isQuadBiasKey(registryKey) ? Conflict::QuadBias : Conflict::Unknown,
+                      registryKey, {}, problem);
     QStringList others = m_sharedHolders.value(registryKey);
     others.removeAll(holder);
     const QVariant fixed = m_shared.value(registryKey);

@@ -101,6 +101,9 @@ public:
     // the value; another value is refused while others hold the first.
     bool claimQuadBias(const QString &registryKey, int value, const QString &holder,
                        Conflict *conflict = nullptr);
+    // Why a value cannot be a quad's shared bias ("Q0_BIAS takes 0 to 15, not
+    // 99", "\"X\" is no quad bias"); empty when it can.
+    static QString quadBiasProblem(const QString &registryKey, int value);
     // Holders of a lane key, PLL key, reference routing name or shared key,
     // one entry per use, in the order they came.
     QStringList users(const QString &resource) const;

@@ -2,10 +2,10 @@
 
 #include "namerules.h"
 #include "recordkeys.h"
+#include "../ipcore/ipcorefunctions.h"
 #include "refclocks_p.h"
 #include "../ipcore/outputset_p.h"
 
-#include "serdes.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -71,6 +71,31 @@ QString quoted(const QString &path)
     return QLatin1Char('"') + path + QLatin1Char('"');
 }
 
+// Runs Yosys with the script in folder; false with the reason when it
+// does not finish or fails.
+bool runYosys(const QString &yosys, const QString &folder, const QString &script, QString &log,
+              QString &reason)
+{
+    QProcess run;
+    run.setWorkingDirectory(folder);
+    run.setProcessChannelMode(QProcess::MergedChannels);
+    run.start(yosys, {QStringLiteral("-p"), script});
+    if (!run.waitForFinished(SynthesisTimeoutMs)) {
+        reason = run.error() == QProcess::Timedout
+                     ? QStringLiteral("Yosys did not finish within %1 s")
+                           .arg(SynthesisTimeoutMs / 1000)
+                     : run.errorString();
+        run.kill();
+        run.waitForFinished();
+        return false;
+    }
+    log = QString::fromLocal8Bit(run.readAll());
+    if (run.exitStatus() == QProcess::NormalExit && run.exitCode() == 0)
+        return true;
+    reason = errors(log);
+    return false;
+}
+
 } // namespace
 
 bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVariant> &config,
@@ -78,6 +103,10 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
                          const QString &coreName, QString &message, QObject *context)
 {
     Q_UNUSED(context)
+    const auto failed = [&](const QString &reason) {
+        message = QStringLiteral("Synthesis of %1 failed: %2").arg(coreName, reason);
+        return false;
+    };
     const QDir dataDir(ipInfo.value(QStringLiteral("ipcore.dir.data")).toString());
     QStringList missing;
     QStringList paths;
@@ -87,34 +116,19 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
         if (!file.isFile())
             missing << source;
     }
-    if (!missing.isEmpty()) {
-        message = QStringLiteral("Synthesis of %1 failed: %2 not found in %3")
-                      .arg(coreName, missing.join(QStringLiteral(", ")), dataDir.path());
-        return false;
-    }
-    const QString deviceName = device.isNull() ? QStringLiteral("no device") : device.id();
+    if (!missing.isEmpty())
+        return failed(QStringLiteral("%1 not found in %2")
+                          .arg(missing.join(QStringLiteral(", ")), dataDir.path()));
     const QString yosys = QStandardPaths::findExecutable(QStringLiteral("yosys"));
-    if (yosys.isEmpty()) {
-        message = QStringLiteral("Synthesis of %1 for %2: %3 ready in %4 "
-                                 "(no synthesis tool in this host)")
-                      .arg(coreName, deviceName, sources.join(QStringLiteral(", ")),
-                           dataDir.path());
-        return true;
-    }
-    // The generated define files: <working directory>/<file>/temp/<core>,
-    // or its staging folder while an output set writes it.
-    const QString folder = QStringList{serdes::instance()->workingDir(),
-                                       config.value(RecordKey::File).toString(),
-                                       QStringLiteral("temp"), coreName}
-                               .join(QLatin1Char('/'));
-    const QString defines = IPCore::Internal::stagedFolder(folder);
+    if (yosys.isEmpty())
+        return failed(QStringLiteral("Yosys is not on the PATH (no synthesis tool in this host)"));
+    // The define files the core generated last, or their staging folder while
+    // an output set writes them.
+    const QStringList written = IPCore::writtenFiles();
+    const QString folder = written.isEmpty() ? QString() : QFileInfo(written.last()).path();
+    if (folder.isEmpty() || !QFileInfo(IPCore::Internal::stagedFolder(folder)).isDir())
+        return failed(QStringLiteral("the core has generated no files"));
     const QString top = config.value(RecordKey::Module).toString();
-    const auto failed = [&](const QString &reason) {
-        message = QStringLiteral("Synthesis of %1 failed: %2").arg(coreName, reason);
-        return false;
-    };
-    if (!QFileInfo(defines).isDir())
-        return failed(QStringLiteral("no generated files in %1").arg(folder));
     const QString topProblem = NameRules::moduleNameProblem(top);
     if (!topProblem.isEmpty())
         return failed(topProblem);
@@ -122,22 +136,10 @@ bool waitForRunSyntheSis(const DEV::DeviceArg &device, const QMap<QString, QVari
     const QString script =
         QStringLiteral("read_verilog -I. %1; hierarchy -check -top %2; synth -top %2; stat")
             .arg(paths.join(QLatin1Char(' ')), top);
-    QProcess run;
-    run.setWorkingDirectory(defines);
-    run.setProcessChannelMode(QProcess::MergedChannels);
-    run.start(yosys, {QStringLiteral("-p"), script});
-    if (!run.waitForFinished(SynthesisTimeoutMs)) {
-        const QString reason = run.error() == QProcess::Timedout
-                                   ? QStringLiteral("Yosys did not finish within %1 s")
-                                         .arg(SynthesisTimeoutMs / 1000)
-                                   : run.errorString();
-        run.kill();
-        run.waitForFinished();
+    QString log, reason;
+    if (!runYosys(yosys, IPCore::Internal::stagedFolder(folder), script, log, reason))
         return failed(reason);
-    }
-    const QString log = QString::fromLocal8Bit(run.readAll());
-    if (run.exitStatus() != QProcess::NormalExit || run.exitCode() != 0)
-        return failed(errors(log));
+    const QString deviceName = device.isNull() ? QStringLiteral("no device") : device.id();
     message = QStringLiteral("Synthesis of %1 (%2) for %3 with Yosys:\n%4")
                   .arg(coreName, top, deviceName, statistics(log).join(QLatin1Char('\n')));
     return true;

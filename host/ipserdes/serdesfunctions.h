@@ -24,12 +24,11 @@ IPHOST_EXPORT QString refsrcOptTransforSerdesName(const QString &refDisplayName)
 
 // Runs the host's synthesis of a core and blocks until it ends. Every
 // named source must exist in the descriptor's "ipcore.dir.data" folder.
-// Yosys, when on the PATH, reads them with the generated define files of
-// <working directory>/<file>/temp/<coreName>, elaborates and synthesises
-// the record's "module" and the message gets its netlist statistics (wires,
-// wire bits, cells, cells by type); a failing run gives Yosys's errors and
-// false. Without Yosys the message says there is no synthesis tool and the
-// step succeeds.
+// Yosys reads them with the define files the core generated last (the
+// folder of the last file IPCore::generateFile wrote), elaborates and
+// synthesises the record's "module" and the message gets its netlist
+// statistics (wires, wire bits, cells, cells by type). A failing run gives
+// Yosys's errors and false, and so does a host without Yosys on the PATH.
 IPHOST_EXPORT bool waitForRunSyntheSis(const DEV::DeviceArg &device,
                                        const QMap<QString, QVariant> &config,
                                        const QMap<QString, QVariant> &ipInfo,

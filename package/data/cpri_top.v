@@ -4,7 +4,9 @@
 // file; they name the module and choose the lane, line rates, Ethernet
 // interface, optional ports and start-up values of the core. The ports are
 // those of the core's symbol, in its order; each optional group appears
-// under the define that chooses it.
+// under the define that chooses it. The package's copy ends with an undef
+// line for every define above and in the define files, which the build
+// adds.
 `timescale 1ns / 1ps
 `include "top_define.vh"
 `include "cpri_defines.vh"
@@ -348,12 +350,3 @@ module `module_name (
         .hfnsync_o         (hfnsync_o)
     );
 endmodule
-
-`ifdef CPRI_DATA_PATH
-  `undef CPRI_DATA_PATH
-`endif
-`undef CPRI_IQ_WIDTH
-`undef CPRI_VENDOR_BYTES
-`undef CPRI_SLOT_WIDTH
-`undef CPRI_LANE
-`undef CPRI_PROTOCOL_VER

@@ -43,6 +43,7 @@ private slots:
         QVERIFY(QDir::setCurrent(dir.path()) && generateFile("o", {"a", "\u00b5"}, nullptr, "h\ni") && read("o") == "// h\n// i\na\n\xc2\xb5\n");
         QVERIFY(writtenFiles() == QStringList{"o"} && QDir().mkpath("b") && !write("b", {"x"}) && entries(".").size() == 2);
         QVERIFY(lastError() == "cannot write b: " + qt_error_string(EISDIR) && !makeDirs("", "c") && lastError() == "c: no output directory given");
+        QVERIFY(!write("none/o", {"x"}) && lastError() == "cannot write none/o: " + qt_error_string(ENOENT) && writtenFiles().size() == 1);
         rlimit limit{}, full{}; // a disk that is full after 4 bytes
         QVERIFY(getrlimit(RLIMIT_FSIZE, &limit) == 0 && signal(SIGXFSZ, SIG_IGN) != SIG_ERR);
         full = {4, limit.rlim_max};
