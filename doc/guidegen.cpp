@@ -267,7 +267,9 @@ int main(int argc, char *argv[])
         return 1;
     }
     const QString projectPart = projectSection(
-        {args.at(6), args.at(5), QFileInfo(args.at(1)).absolutePath(), record}, error);
+        {QFileInfo(args.at(6)).absoluteFilePath(), args.at(5), QFileInfo(args.at(1)).absolutePath(),
+         record},
+        error);
     if (projectPart.isEmpty()) {
         QTextStream(stderr) << "guidegen: the walkthrough: " << error << '\n';
         return 1;
