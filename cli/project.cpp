@@ -33,15 +33,7 @@ namespace Key = IPCPRI::Config::Key;
 using IPCPRI::Serdes::QuadBias;
 using IPSERDESIP::Conflict;
 
-// Keys of the project file and of its core entries.
-namespace Field {
-const QString Device = QStringLiteral("device");
-const QString WorkDir = QStringLiteral("workdir");
-const QString Shared = QStringLiteral("shared");
-const QString Cores = QStringLiteral("cores");
-const QString Record = QStringLiteral("record");
-const QString QuadBias = QStringLiteral("quadBias");
-} // namespace Field
+namespace Field = ProjectField;
 
 // What two cores of a project may not share: the refusal's kind, and why.
 namespace NameKind {
@@ -113,12 +105,12 @@ bool Project::read(PluginHost &host, const QString &path, QString &error)
         error = QStringLiteral("%1: %2").arg(path, error);
         return false;
     }
-    workDir = resolved(path, object.value(Field::WorkDir).toString(QStringLiteral(".")));
+    workDir = resolved(path, object.value(Field::WorkDir).toString(Field::DefaultWorkDir));
     if (!readShared(object, error))
         return false;
     const QJsonArray entries = object.value(Field::Cores).toArray();
     if (entries.isEmpty()) {
-        error = QStringLiteral("%1: \"cores\" must list the project's cores").arg(path);
+        error = QStringLiteral("%1: \"%2\" must list the project's cores").arg(path, Field::Cores);
         return false;
     }
     // Each record is checked in a project that holds the device and the
@@ -161,8 +153,8 @@ bool Project::readCore(PluginHost &host, const QJsonValue &entry, int number, QS
         record = entry.toObject().value(Field::Record);
         const QJsonValue bias = entry.toObject().value(Field::QuadBias);
         if (!bias.isUndefined() && !isInteger(bias)) {
-            error = QStringLiteral("%1: the quadBias of %2 must be an integer")
-                        .arg(m_path, core.label);
+            error = QStringLiteral("%1: the %2 of %3 must be an integer")
+                        .arg(m_path, Field::QuadBias, core.label);
             return false;
         }
         if (!bias.isUndefined())
@@ -217,8 +209,10 @@ bool Project::checkBias(const Core &core, QString &error) const
              : QStringLiteral("its record does not claim its quad's bias (\"%1\" is false)")
                    .arg(Key::ChangedAllOfBias);
     if (!problem.isEmpty())
-        error = QStringLiteral("%1: the quadBias %2 of %3: %4")
-                    .arg(m_path).arg(*core.quadBias).arg(core.label, problem);
+        error = QStringLiteral("%1: the %2 %3 of %4: %5")
+                    .arg(m_path, Field::QuadBias)
+                    .arg(*core.quadBias)
+                    .arg(core.label, problem);
     return problem.isEmpty();
 }
 
@@ -294,8 +288,8 @@ bool Project::claimBias(const Core &core, Conflict &conflict)
     if (registry()->globalData().contains(quad->registryKey))
         return true;
     conflict = {Conflict::QuadBias, quad->registryKey, QString(),
-                QStringLiteral("%1 is not set: give the core's quadBias or the project's shared %1")
-                    .arg(quad->registryKey)};
+                QStringLiteral("%1 is not set: give the core's %2 or the project's %3 %1")
+                    .arg(quad->registryKey, Field::QuadBias, Field::Shared)};
     return false;
 }
 

@@ -17,6 +17,27 @@ namespace CpriHost {
 
 class PluginHost;
 
+// The fields of a project file, each named here once, and the files a
+// project run writes into its working directory.
+namespace ProjectField {
+inline const QString Device = QStringLiteral("device");
+inline const QString WorkDir = QStringLiteral("workdir");
+inline const QString Shared = QStringLiteral("shared");
+inline const QString Cores = QStringLiteral("cores");
+// Of a core entry that is an object.
+inline const QString Record = QStringLiteral("record");
+inline const QString QuadBias = QStringLiteral("quadBias");
+// Every field: the file's, then a core entry's.
+inline const QStringList All = {Device, WorkDir, Shared, Cores, Record, QuadBias};
+// The working directory of a file that names none: the file's own folder.
+inline const QString DefaultWorkDir = QStringLiteral(".");
+} // namespace ProjectField
+
+// Every source the generated cores need, one path a line, in compile order.
+inline const QString SourcesFile = QStringLiteral("cores.f");
+// The templates of the generated cores, to paste into one module.
+inline const QString TemplatesFile = QStringLiteral("cores_template.v");
+
 // A project file: the project's memory, as the design environment's project
 // is. A JSON object with
 //

@@ -30,10 +30,6 @@ namespace Key = IPCPRI::Config::Key;
 namespace Gen = IPCPRI::Generate;
 using IPSERDESIP::Conflict;
 
-// The files that put the generated cores into one design, in the working directory.
-const QString SourcesFile = QStringLiteral("cores.f");
-const QString TemplatesFile = QStringLiteral("cores_template.v");
-
 QString conflictKind(Conflict::Kind kind)
 {
     switch (kind) {

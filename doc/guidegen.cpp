@@ -1,17 +1,20 @@
 // guidegen: writes the core's user guide from the project's own tables,
 // so that the guide says what the code does.
 //
-// guidegen DESCRIPTOR MEANINGS PORT_MEANINGS EXAMPLE_RECORD HOST_PROGRAM OUTPUT
-//   DESCRIPTOR      the package's "cpri.ipspec"
-//   MEANINGS        "keymeanings.txt": each record key and what it means
-//   PORT_MEANINGS   "portmeanings.txt": each port's clock domain and meaning
-//   EXAMPLE_RECORD  a stored record whose generated lines the guide shows
-//   HOST_PROGRAM    cpri-host, whose usage text the guide quotes
-//   OUTPUT          the HTML file to write
+// guidegen DESCRIPTOR MEANINGS PORT_MEANINGS EXAMPLE_RECORD EXAMPLE_PROJECT HOST_PROGRAM OUTPUT
+//   DESCRIPTOR       the package's "cpri.ipspec"
+//   MEANINGS         "keymeanings.txt": each record key and what it means
+//   PORT_MEANINGS    "portmeanings.txt": each port's clock domain and meaning
+//   EXAMPLE_RECORD   a stored record whose generated lines the guide shows
+//   EXAMPLE_PROJECT  a project file, which the walkthrough runs in a copy
+//   HOST_PROGRAM     cpri-host, whose usage text the guide quotes and which
+//                    runs the walkthrough
+//   OUTPUT           the HTML file to write
 
 #include "clocksguide.h"
 #include "guidehtml.h"
 #include "portsguide.h"
+#include "projectguide.h"
 
 #include <config/configkeys.h>
 #include <config/descriptorkeys.h>
@@ -30,6 +33,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QSaveFile>
 #include <QTextStream>
@@ -172,7 +176,7 @@ QString generation(const QMap<QString, QVariant> &record, const QString &example
                                  ->findDevice(record.value(Key::TargetDevice).toString())
                                  .device();
     const QStringList settings = Generate::settingLines(record, partName);
-    const QString folder = Generate::coreOutputDir(QStringLiteral("WORKDIR/<file>"));
+    const QString folder = Generate::coreOutputDir(CoreFolder);
     QString html = QStringLiteral("<h2>Generated files</h2>\n<p>Generation writes a core's files "
                                   "to %1. The lines below are those of the example record "
                                   "%2.</p>\n")
@@ -236,9 +240,9 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const QStringList args = QCoreApplication::arguments();
-    if (args.size() != 7) {
+    if (args.size() != 8) {
         QTextStream(stderr) << "usage: guidegen DESCRIPTOR MEANINGS PORT_MEANINGS EXAMPLE_RECORD "
-                               "HOST_PROGRAM OUTPUT\n";
+                               "EXAMPLE_PROJECT HOST_PROGRAM OUTPUT\n";
         return 2;
     }
     const QMap<QString, QVariant> info = IPCore::processIPInfoSpec(args.at(1));
@@ -257,9 +261,17 @@ int main(int argc, char *argv[])
         return 1;
     }
     const QString exampleName = args.at(4).section(QLatin1Char('/'), -2);
-    const QString commandsPart = commands(args.at(5), exampleName);
+    const QString commandsPart = commands(args.at(6), exampleName);
     if (commandsPart.isEmpty()) {
-        QTextStream(stderr) << "guidegen: no usage text from " << args.at(5) << '\n';
+        QTextStream(stderr) << "guidegen: no usage text from " << args.at(6) << '\n';
+        return 1;
+    }
+    const QString projectPart = projectSection(
+        {QFileInfo(args.at(6)).absoluteFilePath(), args.at(5), QFileInfo(args.at(1)).absolutePath(),
+         record},
+        error);
+    if (projectPart.isEmpty()) {
+        QTextStream(stderr) << "guidegen: the walkthrough: " << error << '\n';
         return 1;
     }
     const QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head>"
@@ -268,15 +280,12 @@ int main(int argc, char *argv[])
                              .arg(esc(info.value(Descriptor::Label).toString()),
                                   QString::fromLatin1(Style))
                          + describe(info) + rates() + keys(meanings) + portsSection(portMeanings)
-                         + clocksSection()
-                         // The integration walkthrough (from a project to a compiled
-                         // design) and its file format come here, in a section of
-                         // their own.
-                         + generation(record, exampleName) + commandsPart
+                         + clocksSection() + projectPart + generation(record, exampleName)
+                         + commandsPart
                          + QStringLiteral("</body></html>\n");
-    QSaveFile out(args.at(6));
+    QSaveFile out(args.at(7));
     if (!out.open(QIODevice::WriteOnly) || out.write(html.toUtf8()) < 0 || !out.commit()) {
-        QTextStream(stderr) << "guidegen: cannot write " << args.at(6) << '\n';
+        QTextStream(stderr) << "guidegen: cannot write " << args.at(7) << '\n';
         return 1;
     }
     return 0;

@@ -7,6 +7,9 @@
 
 namespace Guide {
 
+// How the guide writes a core's folder in the working directory.
+inline const QString CoreFolder = QStringLiteral("WORKDIR/<file>");
+
 inline QString esc(const QString &text)
 {
     return text.toHtmlEscaped();
@@ -25,9 +28,12 @@ inline QString codes(const QStringList &texts)
     return items.join(QStringLiteral(", "));
 }
 
-inline QString pre(const QStringList &lines)
+// Preformatted lines; attributes (such as class="shell") go into the tag.
+inline QString pre(const QStringList &lines, const QString &attributes = QString())
 {
-    return QStringLiteral("<pre>%1</pre>\n").arg(esc(lines.join(QLatin1Char('\n'))));
+    return QStringLiteral("<pre%1>%2</pre>\n")
+        .arg(attributes.isEmpty() ? QString() : QLatin1Char(' ') + attributes,
+             esc(lines.join(QLatin1Char('\n'))));
 }
 
 inline QString row(const QStringList &cells, const QString &tag = QStringLiteral("td"))

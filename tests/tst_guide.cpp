@@ -5,10 +5,12 @@
 
 #include <config/speedrules.h>
 #include <dialog/coreports.h>
+#include <dialog/dialogtexts.h>
 #include <dialog/fieldrules.h>
 #include <ipserdes/baseprotocol.h>
 #include <ipserdes/pllmodel_p.h>
 #include <pluginhost.h>
+#include <project.h>
 
 
 static const QString Guide = QFileInfo(CPRI_PACKAGE_DIR "/doc/cpri_user_guide.html").absoluteFilePath();
@@ -204,12 +206,79 @@ private slots:
             changed.close();
             QProcess guidegen;
             guidegen.start(GUIDEGEN_PATH, {CPRI_PACKAGE_DIR "/cpri.ipspec", CPRI_SOURCE_DIR "/doc/keymeanings.txt", changed.fileName(),
-                                           CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json", CPRI_HOST_PATH, dir.filePath("g.html")});
+                                           CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json", CPRI_SOURCE_DIR "/examples/project/project.json",
+                                           CPRI_HOST_PATH, dir.filePath("g.html")});
             QVERIFY(guidegen.waitForFinished(-1));
             const QString error = QString::fromUtf8(guidegen.readAllStandardError());
             const bool fine = !*row[2];
             QVERIFY2(guidegen.exitCode() == (fine ? 0 : 1) && error.contains(row[2]) && QFile::exists(dir.filePath("g.html")) == fine,
                      qPrintable(error));
+        }
+    }
+
+    // The project section: its table names every field of a project file, and it quotes the
+    // dialog's own messages. Run as written in a copy of the example project, every cpri-host
+    // command and option it names is the host's, every shell line succeeds (the real tools
+    // compile, lint and synthesise the design without a warning), and each quoted file holds
+    // what the run wrote.
+    void walkthroughRunsAsWritten()
+    {
+        using namespace IPCPRI::Texts;
+        const QString html = guideText().section("<h2 id=\"project\">", 1).section("<h2", 0, 0);
+        QStringList fields;
+        for (const QStringList &row : tableRows(html, "project-fields").mid(1))
+            fields << row.first();
+        QCOMPARE(fields, CpriHost::ProjectField::All);
+        for (const QString &text : {RefClockUnreachable, LineRateUnreachable, Succeed, BiasQuestion, NoAvailableLanes, EnableSpeed, SelectSpeedSelection, C0TooSmall})
+            QVERIFY2(html.contains("<code>" + text.toHtmlEscaped() + "</code>"), qPrintable(text));
+        const QString usage = host({"--help"}).first;
+        int commands = 0;
+        for (auto c = QRegularExpression("cpri-host (\\w+)([^<\n]*)").globalMatch(html); c.hasNext(); ++commands) {
+            const QRegularExpressionMatch command = c.next();
+            const QString block = usage.section("\n  " + command.captured(1) + ' ', 1).section(QRegularExpression("\n  \\S"), 0, 0);
+            QVERIFY2(!block.isEmpty(), qPrintable(command.captured(0)));
+            for (auto o = QRegularExpression("--(\\w+)").globalMatch(command.captured(2)); o.hasNext();)
+                QVERIFY2(block.contains("[--" + o.next().captured(1)), qPrintable(command.captured(0)));
+        }
+        QVERIFY(commands >= 6);
+
+        const auto unescaped = [](QString text) { return text.replace("&lt;", "<").replace("&gt;", ">").replace("&quot;", "\"").replace("&amp;", "&"); };
+        const auto quotes = [&](const QString &pattern) { // the pattern's captures, each the last one unescaped
+            QList<QStringList> found;
+            for (auto m = QRegularExpression(pattern, QRegularExpression::DotMatchesEverythingOption).globalMatch(html); m.hasNext();) {
+                QStringList captured = m.next().capturedTexts().mid(1);
+                captured.last() = unescaped(captured.last());
+                found << captured;
+            }
+            return found;
+        };
+        QTemporaryDir dir;
+        const QDir example(CPRI_SOURCE_DIR "/examples/project");
+        for (const QString &name : example.entryList({"*.json"}))
+            QVERIFY(QFile::copy(example.filePath(name), dir.filePath(name)));
+        QFile board(dir.filePath("board.v"));
+        QVERIFY(board.open(QIODevice::WriteOnly) && board.write(quotes("<pre id=\"board-v\">(.*?)</pre>").value(0).value(0).toUtf8() + '\n') > 0);
+        board.close();
+        QProcess shell;
+        shell.setWorkingDirectory(dir.path());
+        shell.setProcessChannelMode(QProcess::MergedChannels);
+        shell.setEnvironment(QProcess::systemEnvironment() << "PATH=" + QFileInfo(CPRI_HOST_PATH).path() + ':' + qgetenv("PATH"));
+        const QList<QStringList> blocks = quotes("<pre class=\"shell\">(.*?)</pre>");
+        QVERIFY(blocks.size() >= 3);
+        for (const QStringList &block : blocks)
+            for (const QString &line : block.first().split('\n')) {
+                shell.start("sh", {"-c", line});
+                const bool ran = shell.waitForFinished(-1) && shell.exitCode() == 0;
+                const QString output = shell.readAll();
+                QVERIFY2(ran && !output.contains("warning", Qt::CaseInsensitive), qPrintable(line + '\n' + output));
+            }
+        const QList<QStringList> files = quotes("<pre data-file=\"([^\"]+)\">(.*?)</pre>");
+        QVERIFY(files.size() >= 3);
+        for (const QStringList &file : files) {
+            QFile written(dir.filePath(file.first()));
+            QVERIFY2(written.open(QIODevice::ReadOnly), qPrintable(file.first()));
+            const QString text = QString::fromUtf8(written.readAll()).replace(dir.path(), "PROJECT").replace(CPRI_PACKAGE_DIR, "PACKAGE");
+            QVERIFY2(text.contains(file.last()), qPrintable(file.join('\n') + "\nis not in\n" + text));
         }
     }
 
