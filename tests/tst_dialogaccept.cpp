@@ -207,34 +207,6 @@ private slots:
                  QStringList({"q0_refclk0_freq 122.88", "q0_global_reset_en true"}));
         QVERIFY(QFileInfo(s.work.path() + "/cpri_0/temp/cpri/cpri.csr").isFile());
     }
-
-    // The protocol object runs one dialog per request and returns its
-    // record only when the user accepts.
-    void createAndEditFlows()
-    {
-        Session p(Case().answering(No));
-        cpri protocol(CPRI_PACKAGE_DIR);
-        QVERIFY(protocol.loadDescriptor());
-        QStringList firstLook;
-        const auto handle = [&](const QString &steps) {
-            p.user.setDialogHandler([&firstLook, steps](QDialog *dialog) {
-                firstLook << look(w(dialog, "speedSel3072"));
-                act(dialog, steps);
-                if (dialog->isVisible())
-                    dialog->reject(); // the steps left it open
-            });
-        };
-        handle("speedSel3072;Calculate;cancelButton");
-        QVERIFY(protocol.createConfig("cpri_0", p.device).isEmpty());
-        QVERIFY(!protocol.configuration().isEmpty()); // the calculation wrote it
-        handle("fileNameEdit=cpri_1;" + Rate98304 + "okButton");
-        const Record made = protocol.createConfig("cpri_1", p.device);
-        QVERIFY(!made.isEmpty());
-        QCOMPARE(made, protocol.configuration());
-        QCOMPARE(firstLook, QStringList({"3.072G and Under", "3.072G and Under"}));
-        QVERIFY(protocol.editConfig(parse("version=1.00")).isEmpty());
-        QCOMPARE(firstLook.size(), 2); // the refused record was never shown
-    }
 };
 
 QTEST_MAIN(TestDialogAccept)

@@ -13,6 +13,7 @@
 #include <ipserdes/protocolpackage.h>
 #include <ipserdes/serdes.h>
 
+#include <QAbstractButton>
 #include <QDialog>
 #include <QJsonObject>
 #include <QPluginLoader>
@@ -96,8 +97,9 @@ private slots:
         }
     }
 
-    // One dialog per request; its record is returned only when the user accepts, and a
-    // record of another version never reaches a dialog.
+    // A fresh dialog per request; its record is returned only when the user accepts. A
+    // cancelled dialog leaves the object's record as it was unless it calculated, and a record
+    // of another version never reaches a dialog.
     void dialogFlows()
     {
         QTemporaryDir work;
@@ -114,22 +116,27 @@ private slots:
         const DEV::DeviceArg device =
             Core::IdeCore::deviceDataBase()->findDevice(u("DVA-1-C2I1"));
         registry->setDevice(device);
+        const QStringList clicks = lines("speedSel98304 speedEnable98304|speedSel3072 Calculate|"
+                                         "speedSel98304 speedEnable98304|"
+                                         "speedSel98304 speedEnable98304 okButton");
         int shown = 0;
         CpriHost::ModalDriver driver;
-        driver.setDialogHandler([&shown](QDialog *dialog) {
-            for (const char *box : {"speedSel98304", "speedEnable98304"}) // a class and a rate
-                QMetaObject::invokeMethod(dialog->findChild<QObject *>(u(box)), "click");
-            ++shown == 3 ? dialog->accept() : dialog->reject();
+        driver.setDialogHandler([&](QDialog *dialog) {
+            QVERIFY(!dialog->findChild<QAbstractButton *>(u("speedSel3072"))->isChecked());
+            for (const QString &name : clicks.value(shown++).split(u(" ")))
+                dialog->findChild<QAbstractButton *>(name)->click();
             if (dialog->isVisible())
                 dialog->reject();
         });
         driver.start();
         QVERIFY(protocol.createConfig(u("cpri_0"), device).isEmpty());
         QCOMPARE(protocol.configuration(), away()); // neither cleared nor collected
+        QVERIFY(protocol.createConfig(u("cpri_0"), device).isEmpty());
+        QVERIFY(!protocol.configuration().isEmpty() && protocol.configuration() != away());
         QVERIFY(protocol.editConfig(with(initial(), "target_device=DVA-1-C2I1")).isEmpty());
         QVERIFY(protocol.editConfig(with(initial(), "version=1.1")).isEmpty()); // never shown
-        const ConfigMap created = protocol.createConfig(u("cpri_0"), device);
-        QVERIFY(created == protocol.configuration() && shown == 3);
+        const ConfigMap created = protocol.createConfig(u("cpri_1"), device);
+        QVERIFY(created == protocol.configuration() && shown == 4);
         QCOMPARE(created.value(u("target_device")).toString(), u("DVA-1-C2I1"));
     }
 };
