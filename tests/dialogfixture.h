@@ -33,7 +33,10 @@ public:
     QStringList freeLanes() const { return d->freeLanes; }
     int freeLaneCount() const { return d->freeLaneCount; }
     QStringList settings() const { return d->serdesSettings; }
-    QList<QStringList> routes() const { return {d->routeLanes, d->routePlls, d->routeRefClocks, d->routeRefFreqs}; }
+    QList<QStringList> routes() const
+    {
+        return {d->routeLanes, d->routePlls, d->routeRefClocks, d->routeRefFreqs};
+    }
     const void *generator() const { return d->serdesGenerator; }
 };
 
@@ -68,44 +71,61 @@ inline QStringList show(const Record &r)
 }
 
 // The rate boxes in rate order, 0.6144 to 12.16512 Gbps.
-inline const QStringList Rates = split("speedEnable06144 speedEnable12288 speedEnable24576 speedEnable3072 "
-                                       "speedEnable49152 speedEnable6144 speedEnable98304 speedEnable811008 "
-                                       "speedEnable101376 speedEnable1216512", ' ');
-inline const QStringList Classes = split("speedSel3072 speedSel6144 speedSel98304 speedSel101376 speedSel1216512", ' ');
+inline const QStringList Rates = split("speedEnable06144 speedEnable12288 speedEnable24576 "
+                                       "speedEnable3072 speedEnable49152 speedEnable6144 "
+                                       "speedEnable98304 speedEnable811008 speedEnable101376 "
+                                       "speedEnable1216512", ' ');
+inline const QStringList Classes =
+    split("speedSel3072 speedSel6144 speedSel98304 speedSel101376 speedSel1216512", ' ');
 
 // The symbol's ports by group ("group: ports;"), in drawing order.
 inline const QMap<QString, QString> PortGroups = [] {
     QMap<QString, QString> groups;
     for (const QString &group : split(
-             "clocks: tx_arst_i rx_arst_i cfg_arst_i tx_rst_i rx_rst_i cfg_rst_i tx_clk_i rx_clk_i cfg_clk_i "
-             "aux_tx_slot_last_o; narrow: aux_tx_slot_num_o[5:0] aux_rx_slot_num_o[5:0]; wide: aux_tx_slot_num_o[6:0] "
-             "aux_rx_slot_num_o[6:0]; d16: iq_tx_req_o[1:0] iq_tx_data_i[15:0] iq_rx_mask_o[1:0] iq_rx_data_o[15:0] "
-             "rx_data_o[15:0] vendor_tx_req_o[4:0] vendor_tx_data_i[39:0] vendor_rx_data_mask_o[4:0] "
-             "vendor_rx_data_o[39:0]; d32: iq_tx_req_o[3:0] iq_tx_data_i[31:0] iq_rx_mask_o[3:0] iq_rx_data_o[31:0] "
-             "rx_data_o[31:0] vendor_tx_req_o[9:0] vendor_tx_data_i[79:0] vendor_rx_data_mask_o[9:0] "
-             "vendor_rx_data_o[79:0]; d64: iq_tx_req_o[7:0] iq_tx_data_i[63:0] iq_rx_mask_o[7:0] iq_rx_data_o[63:0] "
-             "rx_data_o[63:0] vendor_tx_req_o[15:0] vendor_tx_data_i[127:0] vendor_rx_data_mask_o[15:0] "
-             "vendor_rx_data_o[127:0]; frame: aux_tx_hf_num_o[7:0] aux_tx_bf_num_o[7:0] aux_tx_node_bfn_o[11:0] "
-             "aux_rx_bf_first_w_o aux_rx_slot_last_o aux_rx_bf_num_o[7:0] aux_rx_hf_num_o[7:0] tx_bfn_strobe_i "
-             "tx_bfn_i[11:0] rx_bfn_strobe_o rx_bfn_o[11:0] iq_rx_valid_o hdlc_tx_req_o hdlc_tx_data_i "
-             "hdlc_rx_data_valid_o hdlc_rx_data_o; rtv: up10g_rt_tx_req_o[7:0] up10g_rt_tx_data_i[63:0] "
-             "up10g_rt_rx_data_o[63:0] up10g_rt_rx_mask_o[7:0] up10g_rt_rx_valid_o; mii: mii_tx_clk_i mii_tx_arst_i "
-             "mii_tx_rst_i mii_tx_en_i mii_tx_er_i mii_tx_data_i[3:0] tx_buffer_full_o mii_rx_clk_i mii_rx_arst_i "
-             "mii_rx_rst_i mii_rx_en_o mii_rx_data_o[3:0] mii_rx_er_o; gmii: gmii_tx_clk_i gmii_tx_arst_i "
-             "gmii_tx_rst_i gmii_tx_en_i gmii_tx_er_i gmii_tx_data_i[7:0] gmii_tx_buffer_full_o gmii_rx_clk_i "
-             "gmii_rx_arst_i gmii_rx_rst_i gmii_rx_data_o[7:0] gmii_rx_en_o gmii_rx_er_o; control: z130_0_tx_rai_i "
-             "z130_0_tx_sdi_i z130_0_tx_los_i z130_0_tx_lof_i los_i cfg_sel_i cfg_wr_i cfg_ena_i cfg_addr_i[11:0] "
-             "cfg_wdata_i[31:0] serq_rstn_i serq_user_rx_clk_i serq_user_tx_clk_i; status: z130_0_rx_reset_o "
-             "z130_0_rx_rai_o z130_0_rx_sdi_o z130_0_rx_los_o z130_0_rx_lof_o local_los_o local_lof_o hfnsync_o "
-             "speed_sel_o[3:0] tx_delay_o[7:0] rx_delay_o[7:0] cfg_rdy_o cfg_rdata_o[31:0] serq_pcs_tx_rst_i "
-             "serq_pcs_rx_rst_i serq_align_link_o serq_k_lock_o serq_pll_ok_o serq_pll_ck_ref_o serq_pma_rx_lock_o "
-             "serq_rx_pcs_clk_o serq_tx_pcs_clk_o vendor_rx_data_valid_o serq_rx_fifo_rdusewd_o[4:0] "
-             "serq_tx_fifo_wrusewd_o[4:0]; loopback: loopback_en_i loopback_mode_i[1:0]; swing: tx_diff_en_i "
-             "tx_diff_swing_i[3:0]; ffe: tx_ffe_manual_en_i tx_ffe_cm_i[4:0] tx_ffe_c1_i[4:0]; eq: rx_eq_manual_en_i "
-             "rx_eq_att_i[3:0] rx_eq_boost_i[3:0]; bias: rx_quad_bias_en_i rx_quad_bias_i[3:0]; ppg: tx_prbs_test_en_i "
-             "tx_prbs_sel_i[2:0] tx_prbs_insert_err_i; ppc: rx_prbs_test_en_i rx_prbs_sel_i[2:0] rx_prbs_err_clr_i "
-             "rx_prbs_err_cnt_o[7:0]; drpclk: user_drp_clk_o; drp: user_drp_addr_i[23:0] user_drp_wren_i "
-             "user_drp_wrdata_i[31:0] user_drp_strb_i[31:0] user_drp_rden_i user_drp_ready_o user_drp_rdvld_o "
+             "clocks: tx_arst_i rx_arst_i cfg_arst_i tx_rst_i rx_rst_i cfg_rst_i tx_clk_i "
+             "rx_clk_i cfg_clk_i aux_tx_slot_last_o; "
+             "narrow: aux_tx_slot_num_o[5:0] aux_rx_slot_num_o[5:0]; "
+             "wide: aux_tx_slot_num_o[6:0] aux_rx_slot_num_o[6:0]; "
+             "d16: iq_tx_req_o[1:0] iq_tx_data_i[15:0] iq_rx_mask_o[1:0] iq_rx_data_o[15:0] "
+             "rx_data_o[15:0] vendor_tx_req_o[4:0] vendor_tx_data_i[39:0] "
+             "vendor_rx_data_mask_o[4:0] vendor_rx_data_o[39:0]; "
+             "d32: iq_tx_req_o[3:0] iq_tx_data_i[31:0] iq_rx_mask_o[3:0] iq_rx_data_o[31:0] "
+             "rx_data_o[31:0] vendor_tx_req_o[9:0] vendor_tx_data_i[79:0] "
+             "vendor_rx_data_mask_o[9:0] vendor_rx_data_o[79:0]; "
+             "d64: iq_tx_req_o[7:0] iq_tx_data_i[63:0] iq_rx_mask_o[7:0] iq_rx_data_o[63:0] "
+             "rx_data_o[63:0] vendor_tx_req_o[15:0] vendor_tx_data_i[127:0] "
+             "vendor_rx_data_mask_o[15:0] vendor_rx_data_o[127:0]; "
+             "frame: aux_tx_hf_num_o[7:0] aux_tx_bf_num_o[7:0] aux_tx_node_bfn_o[11:0] "
+             "aux_rx_bf_first_w_o aux_rx_slot_last_o aux_rx_bf_num_o[7:0] aux_rx_hf_num_o[7:0] "
+             "tx_bfn_strobe_i tx_bfn_i[11:0] rx_bfn_strobe_o rx_bfn_o[11:0] iq_rx_valid_o "
+             "hdlc_tx_req_o hdlc_tx_data_i hdlc_rx_data_valid_o hdlc_rx_data_o; "
+             "rtv: up10g_rt_tx_req_o[7:0] up10g_rt_tx_data_i[63:0] up10g_rt_rx_data_o[63:0] "
+             "up10g_rt_rx_mask_o[7:0] up10g_rt_rx_valid_o; "
+             "mii: mii_tx_clk_i mii_tx_arst_i mii_tx_rst_i mii_tx_en_i mii_tx_er_i "
+             "mii_tx_data_i[3:0] tx_buffer_full_o mii_rx_clk_i mii_rx_arst_i mii_rx_rst_i "
+             "mii_rx_en_o mii_rx_data_o[3:0] mii_rx_er_o; "
+             "gmii: gmii_tx_clk_i gmii_tx_arst_i gmii_tx_rst_i gmii_tx_en_i gmii_tx_er_i "
+             "gmii_tx_data_i[7:0] gmii_tx_buffer_full_o gmii_rx_clk_i gmii_rx_arst_i "
+             "gmii_rx_rst_i gmii_rx_data_o[7:0] gmii_rx_en_o gmii_rx_er_o; "
+             "control: z130_0_tx_rai_i z130_0_tx_sdi_i z130_0_tx_los_i z130_0_tx_lof_i los_i "
+             "cfg_sel_i cfg_wr_i cfg_ena_i cfg_addr_i[11:0] cfg_wdata_i[31:0] serq_rstn_i "
+             "serq_user_rx_clk_i serq_user_tx_clk_i; "
+             "status: z130_0_rx_reset_o z130_0_rx_rai_o z130_0_rx_sdi_o z130_0_rx_los_o "
+             "z130_0_rx_lof_o local_los_o local_lof_o hfnsync_o speed_sel_o[3:0] tx_delay_o[7:0] "
+             "rx_delay_o[7:0] cfg_rdy_o cfg_rdata_o[31:0] serq_pcs_tx_rst_i serq_pcs_rx_rst_i "
+             "serq_align_link_o serq_k_lock_o serq_pll_ok_o serq_pll_ck_ref_o serq_pma_rx_lock_o "
+             "serq_rx_pcs_clk_o serq_tx_pcs_clk_o vendor_rx_data_valid_o "
+             "serq_rx_fifo_rdusewd_o[4:0] serq_tx_fifo_wrusewd_o[4:0]; "
+             "loopback: loopback_en_i loopback_mode_i[1:0]; "
+             "swing: tx_diff_en_i tx_diff_swing_i[3:0]; "
+             "ffe: tx_ffe_manual_en_i tx_ffe_cm_i[4:0] tx_ffe_c1_i[4:0]; "
+             "eq: rx_eq_manual_en_i rx_eq_att_i[3:0] rx_eq_boost_i[3:0]; "
+             "bias: rx_quad_bias_en_i rx_quad_bias_i[3:0]; "
+             "ppg: tx_prbs_test_en_i tx_prbs_sel_i[2:0] tx_prbs_insert_err_i; "
+             "ppc: rx_prbs_test_en_i rx_prbs_sel_i[2:0] rx_prbs_err_clr_i rx_prbs_err_cnt_o[7:0]; "
+             "drpclk: user_drp_clk_o; "
+             "drp: user_drp_addr_i[23:0] user_drp_wren_i user_drp_wrdata_i[31:0] "
+             "user_drp_strb_i[31:0] user_drp_rden_i user_drp_ready_o user_drp_rdvld_o "
              "user_drp_rddata_o[31:0] user_drp_resp_o"))
         groups.insert(group.section(':', 0, 0).trimmed(), group.section(':', 1).trimmed());
     return groups;
@@ -149,9 +169,7 @@ inline void act(QObject *d, const QString &steps)
     }
 }
 
-// What a user sees of a widget: its text, items ("a|b@current") or range
-// and value, then "*" when checked, "?" when its rule refuses the text as
-// it stands, "-" when disabled and "^" when hidden.
+// Look: text, items "a|b@current" or "min..max=value"; * checked, ? refused, - disabled, ^ hidden
 inline QString look(QWidget *x)
 {
     QString s;
@@ -183,43 +201,70 @@ inline QString figure(const cpridlg &d)
     QStringList names, groups;
     for (const Utils::PinFigure &pin : d.figurePins()) {
         const bool output = pin.name.section('[', 0, 0).endsWith("_o");
-        const bool follows = pin.direction == (output ? 1 : 0) && pin.isBus == pin.name.contains('[')
+        const bool follows = pin.direction == (output ? 1 : 0)
+                             && pin.isBus == pin.name.contains('[')
                              && pin.alignment == (output ? Qt::AlignRight : Qt::AlignLeft);
         names << (follows ? pin.name : '!' + pin.name);
     }
     for (int i = 0; i < names.size();) {
-        auto group = std::find_if(PortGroups.cbegin(), PortGroups.cend(), [&](const QString &ports) {
+        const auto startsHere = [&](const QString &ports) {
             return names.mid(i, split(ports, ' ').size()) == split(ports, ' ');
-        });
+        };
+        auto group = std::find_if(PortGroups.cbegin(), PortGroups.cend(), startsHere);
         groups << (group == PortGroups.cend() ? names[i] : group.key());
         i += group == PortGroups.cend() ? 1 : split(*group, ' ').size();
     }
     return groups.join(' ');
 }
 
-// A project on one device in a scratch folder, a dialog for a new core or
-// opened from a saved record, and a user who answers message boxes with Yes
-// (or No). The set-up is what others hold before: "pll:<key>:<Gbps>",
-// "ref:<source>:<MHz>:<users>", "data:<key>:<int>", "folder" (the core's
-// folder exists), "nodir" (the working folder is a file), "full" (no lane).
+// One case, named after what it checks (its test row's name):
+//   on(device)    the device, DVA-1 unless named;
+//   given(setup)  what other cores hold: "pll:<key>:<Gbps>", "ref:<source>:<MHz>:<users>",
+//                 "data:<key>:<int>", "folder" (the core's folder exists), "nodir" (the
+//                 working folder is a file), "full" (no free lane);
+//   saved(record) the record the dialog opens ("key=value;..."), else a new core;
+//   does(steps)   what the user does (see act()), answering Yes unless answering(No);
+//   sees(looks)   what the user then sees: "name look;..." (see Session::see);
+//   boxes(shown)  the message boxes that came up: "title: text|...", "...*" matching a start.
+struct Case
+{
+    explicit Case(const QString &name = QString()) : name(name) {}
+    Case &does(const QString &steps) { return set(&Case::steps, steps); }
+    Case &sees(const QString &looks) { return set(&Case::looks, looks); }
+    Case &boxes(const QString &shown) { return set(&Case::shown, shown); }
+    Case &on(const QString &device) { return set(&Case::device, device); }
+    Case &given(const QString &setup) { return set(&Case::setup, setup); }
+    Case &saved(const QString &record) { return set(&Case::record, record); }
+    Case &answering(QMessageBox::StandardButton button) { answer = button; return *this; }
+
+    QString name, steps, looks, shown, setup, record, device = "DVA-1-C2I1";
+    QMessageBox::StandardButton answer = QMessageBox::Yes;
+
+private:
+    Case &set(QString Case::*field, const QString &value) { this->*field = value; return *this; }
+};
+
+// A project on the case's device in a scratch folder holding what the case
+// gives, a dialog for a new core or opened from the saved record, and a user
+// who answers message boxes as the case says.
 struct Session
 {
-    explicit Session(const QString &deviceId = "DVA-1-C2I1", const QString &setup = QString(),
-                     const QString &saved = QString(), bool yes = true)
-        : device(Core::IdeCore::deviceDataBase()->findDevice(deviceId))
+    explicit Session(const Case &c = Case())
+        : device(Core::IdeCore::deviceDataBase()->findDevice(c.device))
     {
         registry()->reset();
         registry()->setDevice(device);
         registry()->setWorkingDir(work.path());
-        for (const QString &step : split(setup))
+        for (const QString &step : split(c.setup))
             prepare(split(step, ':'));
-        user.setAnswer(yes ? QMessageBox::Yes : QMessageBox::No);
+        user.setAnswer(c.answer);
         user.start();
-        d = std::make_unique<cpridlg>(IPCore::processIPInfoSpec(CPRI_PACKAGE_DIR "/cpri.ipspec"), &record, nullptr);
-        if (saved.isEmpty())
+        d = std::make_unique<cpridlg>(IPCore::processIPInfoSpec(CPRI_PACKAGE_DIR "/cpri.ipspec"),
+                                      &record, nullptr);
+        if (c.record.isEmpty())
             d->setCreating("cpri_0", device);
         else
-            opened = d->setOpening(parse(saved));
+            opened = d->setOpening(parse(c.record));
     }
 
     void prepare(const QStringList &s)
@@ -250,8 +295,9 @@ struct Session
 
     void act(const QString &steps) { ::act(d.get(), steps); }
 
-    // What the user sees of a widget, or of a group of them ("rates",
-    // "classes": "*" checked, "+" enabled, "-" disabled), of the "figure",
+    // What the user sees of a widget (see look()), of a group of boxes
+    // ("rates", "classes", a mark each: "+" free, "-" disabled, "*" checked,
+    // "#" checked but disabled), of the "figure" (see PortGroups),
     // the registry's "shared" values and the fixed frequency of the chosen
     // source ("sourceMHz"), a "record:<key>", whether the dialog was
     // "opened" or "accepted", and of the dialog's state ("biasFlag",
@@ -273,13 +319,16 @@ struct Session
         } else if (name == "accepted" || name == "opened") {
             s = (name == "opened" ? opened : d->result() == QDialog::Accepted) ? "yes" : "no";
         } else if (name == "sourceMHz") {
-            s = QString::number(registry()->getFreqByRefsrc(w<QComboBox>(d.get(), "refClkSource")->currentText()));
+            const QString source = w<QComboBox>(d.get(), "refClkSource")->currentText();
+            s = QString::number(registry()->getFreqByRefsrc(source));
         } else if (name == "biasFlag") {
             s = QString::number(Probe{d.get()}.biasFlag());
         } else if (name == "freeLanes") {
-            s = Probe{d.get()}.freeLanes().join('|') + QString(" (%1)").arg(Probe{d.get()}.freeLaneCount());
+            const Probe probe{d.get()};
+            s = probe.freeLanes().join('|') + QString(" (%1)").arg(probe.freeLaneCount());
         } else if (name == "route") { // what Calculate asked the registry, in order
-            s = registry()->callLog().filter(QRegularExpression("^(FormString|checkAccess|checkRoute|resetLane)")).join(' ');
+            const QRegularExpression asked("^(FormString|checkAccess|checkRoute|resetLane)");
+            s = registry()->callLog().filter(asked).join(' ');
         } else if (name == "biasLines") {
             s = Probe{d.get()}.settings().filter("_rx_eq_bias").join('|');
         } else {
@@ -296,39 +345,30 @@ struct Session
     bool opened = true;
 };
 
-// One case: what the registry and a saved record hold, what the user does
-// (the tag) and answers, then what the user sees and which boxes came up.
-struct Case
-{
-    QString tag, looks, boxes = QString();
-    const char *device = "DVA-1-C2I1";
-    QString setup = QString(), saved = QString();
-    bool yes = true;
-};
-
+// Runs a case; every route it tried is freed again.
 inline void check(const Case &c)
 {
-    Session s(c.device, c.setup, c.saved, c.yes);
-    s.act(c.tag);
+    Session s(c);
+    s.act(c.steps);
     QStringList looks;
     for (const QString &entry : split(c.looks))
         looks << s.see(entry.section(' ', 0, 0));
     QCOMPARE(looks, split(c.looks));
-    QStringList seen = s.seen(), boxes = split(c.boxes, '|');
-    for (int i = 0; i < qMin(seen.size(), boxes.size()); ++i) // a box ending in "*" matches by its start
+    QStringList seen = s.seen(), boxes = split(c.shown, '|');
+    for (int i = 0; i < qMin(seen.size(), boxes.size()); ++i)
         if (boxes[i].endsWith('*'))
             seen[i] = seen[i].left(boxes[i].size() - 1) + '*';
     QCOMPARE(seen, boxes);
-    QVERIFY(registry()->pendingRoutes().isEmpty()); // every route tried is freed again
+    QVERIFY(registry()->pendingRoutes().isEmpty());
 }
 
-// One test row per case of a table.
+// One test row per case of a table, under the case's name.
 template<size_t N>
 void rows(const Case (&table)[N])
 {
     QTest::addColumn<int>("row");
     for (size_t i = 0; i < N; ++i)
-        QTest::addRow("%d %s", int(i), qPrintable(table[i].tag)) << int(i);
+        QTest::newRow(qPrintable(table[i].name)) << int(i);
 }
 
 template<size_t N>
@@ -340,7 +380,8 @@ void check(const Case (&table)[N])
 
 // The texts the dialog shows, as its users read them.
 namespace Msg {
-inline const QString RefClock = "Failure: The Expected Reference Clock Pin can not be connected to the Expected PLL";
+inline const QString RefClock =
+    "Failure: The Expected Reference Clock Pin can not be connected to the Expected PLL";
 inline const QString C0 = "Warning: C0 must be greater than 20.";
 inline const QString Succeed = "Succeed: Succeed";
 inline QString bias(const QString &otherLanes, int value)

@@ -5,11 +5,28 @@
 
 #include <config/configkeys.h>
 
+#include <QFile>
+#include <QRegularExpression>
+
 namespace TestRecords {
 
 inline QString u(const char *text) { return QString::fromUtf8(text); }
 inline QStringList lines(const QString &text) { return text.split(u("|"), Qt::SkipEmptyParts); }
 inline QStringList lines(const char *text) { return lines(u(text)); }
+// A line list in which "~" stands for a prefix.
+inline QStringList lines(const char *text, const char *prefix)
+{
+    return lines(u(text).replace(u("~"), u(prefix)));
+}
+
+// The lines of a file; in the data files, lines starting with "#" are comments.
+inline QStringList fileLines(const QString &path)
+{
+    QFile file(path);
+    file.open(QIODevice::ReadOnly);
+    return QString::fromUtf8(file.readAll()).split(u("\n"), Qt::SkipEmptyParts)
+        .filter(QRegularExpression(u("^[^#]")));
+}
 
 // The record with the changes, each value of the type its key holds; "!key" removes the key.
 inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap r, const QString &changes)

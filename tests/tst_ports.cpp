@@ -152,7 +152,7 @@ private slots:
         QFETCH(QString, steps);
         QFETCH(QString, saved);
         QFETCH(int, count);
-        Session s("DVA-1-C2I1", "", saved);
+        Session s(Case().saved(saved));
         s.act(steps + ";okButton");
         QCOMPARE(s.see("accepted"), QString("accepted yes"));
         QStringList shown, listed;

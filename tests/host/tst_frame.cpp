@@ -21,7 +21,8 @@ namespace {
 QRect setScreen(const QSize &size)
 {
     const QRect available(QPoint(0, 40), size - QSize(0, 40));
-    QWindowSystemInterface::handleScreenGeometryChange(QGuiApplication::primaryScreen(), QRect(QPoint(), size), available);
+    QWindowSystemInterface::handleScreenGeometryChange(QGuiApplication::primaryScreen(),
+                                                       QRect(QPoint(), size), available);
     QWindowSystemInterface::flushWindowSystemEvents();
     return QGuiApplication::primaryScreen()->availableGeometry();
 }
@@ -43,20 +44,25 @@ QStringList cutOn(QWidget *dialog, QWidget *page, bool scrolls)
     QStringList cut;
     for (QWidget *w : dialog->findChildren<QWidget *>()) {
         if (w->objectName().startsWith(QLatin1String("qt_")) || !w->isVisible()
-            || std::none_of(std::begin(Controls), std::end(Controls), [w](const char *kind) { return w->inherits(kind); }))
+            || std::none_of(std::begin(Controls), std::end(Controls),
+                            [w](const char *kind) { return w->inherits(kind); }))
             continue;
         for (QWidget *p = w->parentWidget(); p; p = p->parentWidget()) { // the innermost area first
-            if (auto *area = qobject_cast<QScrollArea *>(p); area && area->widget()->isAncestorOf(w)) {
+            if (auto *area = qobject_cast<QScrollArea *>(p);
+                area && area->widget()->isAncestorOf(w)) {
                 const QPoint at = w->mapTo(area->widget(), QPoint());
-                area->horizontalScrollBar()->setValue(at.x()), area->verticalScrollBar()->setValue(at.y());
+                area->horizontalScrollBar()->setValue(at.x());
+                area->verticalScrollBar()->setValue(at.y());
             }
         }
         const QSize room = w->size(), wanted = w->sizeHint();
-        if (room.width() < wanted.width() || room.height() < wanted.height() || w->visibleRegion() != QRegion(w->rect()))
+        if (room.width() < wanted.width() || room.height() < wanted.height()
+            || w->visibleRegion() != QRegion(w->rect()))
             cut << w->objectName();
     }
     for (const auto *area : page->findChildren<QScrollArea *>())
-        if (!scrolls && (area->horizontalScrollBar()->isVisible() || area->verticalScrollBar()->isVisible()))
+        if (!scrolls
+            && (area->horizontalScrollBar()->isVisible() || area->verticalScrollBar()->isVisible()))
             cut << area->objectName();
     return cut;
 }
@@ -71,7 +77,8 @@ QList<Utils::PinFigure> pins(const char *names)
 {
     QList<Utils::PinFigure> list;
     for (const QString &n : words(names))
-        list << Utils::PinFigure(n, n.contains(QLatin1String("_o")), n.contains(QLatin1Char('[')), Qt::AlignLeft);
+        list << Utils::PinFigure(n, n.contains(QLatin1String("_o")), n.contains(QLatin1Char('[')),
+                                 Qt::AlignLeft);
     return list;
 }
 
@@ -96,7 +103,7 @@ void TestFrame::tabsFitTheDefaultSize()
 {
     const QRect available = setScreen({1600, 1000});
     for (const QString &device : words("DVA-1-C2I1 DVB-1-C2I1 DVC-1-C2I1")) {
-        Session s(device);
+        Session s(Case().on(device));
         cpridlg *d = s.d.get();
         d->show();
         auto *tabs = w<QTabWidget>(d, "tabWidget");
@@ -111,14 +118,18 @@ void TestFrame::tabsFitTheDefaultSize()
         QVERIFY(!w<QScrollArea>(d, "figureArea")->horizontalScrollBar()->isVisible());
         QCOMPARE(d->windowTitle(), "CPRI (Common Public Radio Interface) Link Core");
         QStringList shown;
-        for (QWidget *x : w<QScrollArea>(d, "frameArea")->widget()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
-            shown << x->property("text").toString().replace(' ', '_') << x->property("currentText").toString();
-        for (const QString &text : words("File_Name Module_Name Language Synthesis_Tool Create_In Verilog Built-in"))
+        const QWidget *frame = w<QScrollArea>(d, "frameArea")->widget();
+        for (QWidget *x : frame->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+            shown << x->property("text").toString().replace(' ', '_')
+                  << x->property("currentText").toString();
+        for (const QString &text :
+             words("File_Name Module_Name Language Synthesis_Tool Create_In Verilog Built-in"))
             QVERIFY2(shown.contains(text), qPrintable(text));
         auto *figure = d->findChild<PinFigureView *>();
         const QSize area = tabs->size();
         const auto right = [d](QWidget *x) { return x->mapTo(d, QPoint(x->width(), 0)).x(); };
-        QCOMPARE(right(tabs), right(d->findChild<QDialogButtonBox *>())); // no second margin, no frame
+        // No second margin, no frame.
+        QCOMPARE(right(tabs), right(d->findChild<QDialogButtonBox *>()));
         s.act("checkBoxDRPPort");
         settle();
         QCOMPARE(figure->size(), figure->sizeHint());
@@ -127,7 +138,8 @@ void TestFrame::tabsFitTheDefaultSize()
         s.act("speedSel1216512;speedEnable1216512;RealTimeVendor;GMII");
         settle();
         QCOMPARE(tabs->size(), area);
-        w<QLineEdit>(d, "moduleNameEdit")->setText(QString(120, 'm')); // wider than the ports, and the screen
+        // A module name wider than the ports, and the screen.
+        w<QLineEdit>(d, "moduleNameEdit")->setText(QString(120, 'm'));
         settle();
         QVERIFY(figure->title() == QString(120, 'm') && figure->size() == figure->sizeHint());
         QVERIFY(tabs->width() == area.width() && d->frameGeometry().width() == available.width());
@@ -139,7 +151,8 @@ void TestFrame::tabsFitTheDefaultSize()
 void TestFrame::smallScreensScrollTheFrame_data()
 {
     QTest::addColumn<QSize>("screen");
-    QTest::addColumn<bool>("frameless"); // the window system reports no frame: a title bar is kept free
+    // Frameless: the window system reports no frame, and a title bar is kept free.
+    QTest::addColumn<bool>("frameless");
     QTest::newRow("1280x720") << QSize(1280, 720) << false;
     QTest::newRow("1024x768") << QSize(1024, 768) << false;
     QTest::newRow("1024x768 frameless") << QSize(1024, 768) << true;
@@ -159,8 +172,10 @@ void TestFrame::smallScreensScrollTheFrame()
     d->setWindowFlag(Qt::FramelessWindowHint, frameless);
     d->show();
     settle();
-    const int titleBar = frameless ? d->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, d) : 0;
-    const QSize opened = d->size(), room = available.size() - (d->frameGeometry().size() - opened) - QSize(0, titleBar);
+    const int titleBar
+        = frameless ? d->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, d) : 0;
+    const QSize opened = d->size(),
+                room = available.size() - (d->frameGeometry().size() - opened) - QSize(0, titleBar);
     QCOMPARE(opened, d->sizeHint().boundedTo(room));
     auto *tabs = w<QTabWidget>(d, "tabWidget");
     auto *frame = w<QScrollArea>(d, "frameArea"), *pane = w<QScrollArea>(d, "figureArea");
@@ -168,12 +183,16 @@ void TestFrame::smallScreensScrollTheFrame()
     for (const QString &step : QStringList{""} + Classes) {
         s.act(step);
         settle();
-        QVERIFY2(available.contains(d->frameGeometry()) && d->height() <= room.height(), qPrintable(step));
-        QVERIFY2(figure->width() == figure->sizeHint().width() && pane->viewport()->width() >= figure->width()
-                 && !pane->horizontalScrollBar()->isVisible(), qPrintable(step));
+        QVERIFY2(available.contains(d->frameGeometry()) && d->height() <= room.height(),
+                 qPrintable(step));
+        QVERIFY2(figure->width() == figure->sizeHint().width()
+                     && pane->viewport()->width() >= figure->width()
+                     && !pane->horizontalScrollBar()->isVisible(),
+                 qPrintable(step));
         QCOMPARE(d->width(), qMin(room.width(), qMax(opened.width(), d->sizeHint().width())));
         QCOMPARE(frame->horizontalScrollBar()->isVisible(), d->sizeHint().width() > room.width());
-        for (QPushButton *button : d->findChildren<QPushButton *>(QRegularExpression("^(ok|cancel|help)Button$")))
+        for (QPushButton *button :
+             d->findChildren<QPushButton *>(QRegularExpression("^(ok|cancel|help)Button$")))
             QVERIFY(button->isVisible() && button->visibleRegion() == QRegion(button->rect())
                     && d->rect().contains(QRect(button->mapTo(d, QPoint()), button->size())));
     }
@@ -183,9 +202,11 @@ void TestFrame::smallScreensScrollTheFrame()
         const QStringList cut = cutOn(d, tabs->currentWidget(), true);
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(' ')));
     }
-    d->findChild<QSplitter *>()->setSizes({0, 0}); // the splitter moved as far as it goes: nothing folds away
+    // The splitter moved as far as it goes: nothing folds away.
+    d->findChild<QSplitter *>()->setSizes({0, 0});
     settle();
-    QVERIFY(pane->viewport()->width() >= figure->width() && tabs->width() == tabs->sizeHint().width());
+    QVERIFY(pane->viewport()->width() >= figure->width()
+            && tabs->width() == tabs->sizeHint().width());
 }
 
 // A new core's instance name proposes its file name, and names the folder it is created in;
@@ -194,9 +215,11 @@ void TestFrame::instanceNameIsTheFileName()
 {
     Session s;
     s.d->setCreating("cpri_7", s.device);
-    QCOMPARE(s.see("fileNameEdit") + s.see("createPathLabel"), "fileNameEdit cpri_7createPathLabel ~/cpri_7");
+    QCOMPARE(s.see("fileNameEdit") + s.see("createPathLabel"),
+             "fileNameEdit cpri_7createPathLabel ~/cpri_7");
     IPSERDESIP::protocolGenDlg bare; // a core that loads nothing of its own opens any record
-    QVERIFY(bare.setOpening(parse("file=f;module=m")) && bare.fileName() + bare.moduleName() == "fm");
+    QVERIFY(bare.setOpening(parse("file=f;module=m"))
+            && bare.fileName() + bare.moduleName() == "fm");
 }
 
 // Sides in list order; a name or title widens the symbol by its width, each
@@ -205,13 +228,15 @@ void TestFrame::figureSortsAndSizesPorts()
 {
     PinFigureView view;
     view.setPins(pins("a_i b_o c_i[3:0] d_o[7:0] e_o"));
-    QCOMPARE(view.inputNames() + view.outputNames() << QString::number(view.inputCount() * 10 + view.outputCount()),
+    QCOMPARE(view.inputNames() + view.outputNames()
+                 << QString::number(view.inputCount() * 10 + view.outputCount()),
              words("a_i c_i[3:0] b_o d_o[7:0] e_o 23"));
     const QSize base = view.sizeHint();
     const QFontMetrics plain(view.font());
     view.setPins(pins("a_i b_o c_i[3:0] d_o[7:0] wider_e_o"));
     QCOMPARE(view.sizeHint().width() - base.width(),
-             plain.horizontalAdvance(QStringLiteral("wider_e_o")) - plain.horizontalAdvance(QStringLiteral("d_o[7:0]")));
+             plain.horizontalAdvance(QStringLiteral("wider_e_o"))
+                 - plain.horizontalAdvance(QStringLiteral("d_o[7:0]")));
     view.setPins(pins("a_i b_o c_i[3:0] d_o[7:0] e_o x_i y_i"));
     const int row = view.sizeHint().height() - base.height();
     view.setPins(pins("a_i b_o c_i[3:0] d_o[7:0] e_o x_i y_i z_i w_o"));
@@ -230,8 +255,9 @@ void TestFrame::figureSortsAndSizesPorts()
     view.setTitle(title);
     const int titled = view.sizeHint().width();
     view.setTitle(title + title);
+    const QFontMetrics metrics = view.fontMetrics();
     QCOMPARE(view.sizeHint().width() - titled,
-             view.fontMetrics().horizontalAdvance(title + title) - view.fontMetrics().horizontalAdvance(title));
+             metrics.horizontalAdvance(title + title) - metrics.horizontalAdvance(title));
 }
 
 QTEST_MAIN(TestFrame)
