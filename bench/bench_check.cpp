@@ -90,7 +90,8 @@ int main(int argc, char *argv[])
         QProcess child;
         child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--once"), record});
         if (!child.waitForFinished(30000) || child.exitCode() != 0) {
-            std::fprintf(stderr, "the child failed: %s\n", child.readAllStandardError().constData());
+            std::fprintf(stderr, "the child failed: %s\n",
+                         child.readAllStandardError().constData());
             return 1;
         }
         const QList<QByteArray> times = child.readAllStandardOutput().trimmed().split(' ');
@@ -118,7 +119,8 @@ int main(int argc, char *argv[])
     std::printf("First record of a process (%d processes):\n", processes);
     Bench::printRow("check", cc, "us");
     Bench::printRow("generate, after the check", cg, "us");
-    std::printf("  %-34s median %.1f ms  (goal: under 15 ms)\n", "what the check adds", cc.median / 1000.0);
+    std::printf("  %-34s median %.1f ms  (goal: under 15 ms)\n", "what the check adds",
+                cc.median / 1000.0);
     std::printf("Records of one batch run (%d records, alternating):\n", records);
     Bench::printRow("check", wc, "us");
     Bench::printRow("generate", wg, "us");

@@ -44,7 +44,7 @@ struct Project
 };
 
 // The forms on four pages, in the dialog's order and with its titles.
-template <class AddTab>
+template<class AddTab>
 void addForms(QWidget *parent, AddTab addTab)
 {
     IPCPRI::core_config core;
@@ -203,7 +203,7 @@ int main(int argc, char *argv[])
     IPCPRI::FigureChoices with = without;
     with.drpPorts = true;
     const QList<Utils::PinFigure> figures[] = {IPCPRI::portFigure(without),
-                                                IPCPRI::portFigure(with)};
+                                               IPCPRI::portFigure(with)};
     auto *host = static_cast<IPSERDESIP::protocolGenDlg *>(d.get());
     QVector<double> lists, draws;
     QElapsedTimer timer;

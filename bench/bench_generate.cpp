@@ -39,7 +39,8 @@ ConfigMap record(int i)
     r.insert(Key::File, QStringLiteral("core%1").arg(i % 16));
     r.insert(Key::Module, QStringLiteral("cpri_top_%1").arg(i));
     r.insert(Key::ChannelSelection, QString::fromLatin1(Lanes[i % 8]));
-    const QString plls[] = {QStringLiteral("QPLL0"), QStringLiteral("QPLL1"), QStringLiteral("CPLL")};
+    const QString plls[] = {QStringLiteral("QPLL0"), QStringLiteral("QPLL1"),
+                            QStringLiteral("CPLL")};
     r.insert(Key::PllSelection, plls[i % 3]);
     r.insert(Key::SpeedSel1216512, true);
     r.insert(Key::HighestSpeedIndex, i % 11);

@@ -30,8 +30,8 @@ inline Figures figures(QVector<double> samples)
 
 inline void printRow(const char *label, const Figures &f, const char *unit)
 {
-    std::printf("  %-34s min %9.1f  median %9.1f  max %9.1f %s\n", label, f.min, f.median,
-                f.max, unit);
+    std::printf("  %-34s min %9.1f  median %9.1f  max %9.1f %s\n", label, f.min, f.median, f.max,
+                unit);
 }
 
 inline void printRatio(const char *label, const Figures &a, const Figures &b, const char *goal)

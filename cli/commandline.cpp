@@ -37,6 +37,7 @@ QString quadBiasKeys()
 
 const QVector<OptionRow> &optionRows()
 {
+    // clang-format off
     static const QVector<OptionRow> rows = {
         {QStringLiteral("workdir"), QStringLiteral("DIR"),
          QStringLiteral("The working directory, which holds the cores' folders; nothing is "
@@ -86,6 +87,7 @@ const QVector<OptionRow> &optionRows()
              .arg(quadBiasKeys()),
          true, [](Options &o, const QStringList &v) { o.shared = v; }},
     };
+    // clang-format on
     return rows;
 }
 
@@ -104,6 +106,7 @@ struct CommandRow
 
 const QVector<CommandRow> &commandRows()
 {
+    // clang-format off
     static const QVector<CommandRow> rows = {
         {QStringLiteral("info"), QString(), 0, 0, {}, QStringLiteral("the core's descriptor"),
          [](PluginHost &h, const Options &) { return runInfo(h); }},
@@ -153,6 +156,7 @@ const QVector<CommandRow> &commandRows()
                         "writes the core's record and its quad bias back into the project"),
          runDialog},
     };
+    // clang-format on
     return rows;
 }
 
@@ -199,11 +203,10 @@ QStringList usage(const CommandRow &command)
         words << command.arguments;
     for (const QString &name : command.options) {
         const OptionRow *option = optionRow(name);
-        const QString value = option->valueName.isEmpty() ? QString()
-                                                          : QLatin1Char(' ') + option->valueName;
-        words << QStringLiteral("[--%1%2]%3").arg(name, value, option->repeatable
-                                                                   ? QStringLiteral("...")
-                                                                   : QString());
+        const QString value =
+            option->valueName.isEmpty() ? QString() : QLatin1Char(' ') + option->valueName;
+        words << QStringLiteral("[--%1%2]%3")
+                     .arg(name, value, option->repeatable ? QStringLiteral("...") : QString());
     }
     return words;
 }
@@ -232,8 +235,7 @@ QString commandsText()
 
 // Why the command line cannot run: an unknown command, a missing or extra
 // argument, or an option the command does not take; empty when it can.
-QString commandProblem(const CommandRow *command, const Options &options,
-                       const QStringList &given)
+QString commandProblem(const CommandRow *command, const Options &options, const QStringList &given)
 {
     if (!command)
         return QStringLiteral("unknown command \"%1\" (try --help)").arg(options.command);

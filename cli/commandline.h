@@ -13,18 +13,18 @@ enum ExitCode { Success = 0, Failed = 1, BadInput = 2 };
 struct Options
 {
     QString command;
-    QStringList arguments;   // positional arguments after the command
-    QString workDir;         // empty: the current folder (a project's own for project)
+    QStringList arguments; // positional arguments after the command
+    QString workDir;       // empty: the current folder (a project's own for project)
     QString device;
     QString editRecord;
-    QString outFile;         // --out: the dialog's record, or the template
+    QString outFile; // --out: the dialog's record, or the template
     QString screenshotDir;
-    QString prefix;          // --prefix of the template's wires
+    QString prefix; // --prefix of the template's wires
     bool prefixGiven = false;
-    QString project;         // --project and --core: a core of a project
+    QString project; // --project and --core: a core of a project
     QString core;
-    QStringList occupied;    // records of other cores of the project
-    QStringList shared;      // registry values, KEY=INTEGER
+    QStringList occupied; // records of other cores of the project
+    QStringList shared;   // registry values, KEY=INTEGER
     bool synthesize = false;
     bool accept = false;
 };

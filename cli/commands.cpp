@@ -142,7 +142,8 @@ int runTemplate(PluginHost &host, const Options &options)
 {
     if (!prefixAllowed(options.prefix))
         return fail(QStringLiteral("--prefix \"%1\" must be printable characters without "
-                                   "blanks").arg(options.prefix));
+                                   "blanks")
+                        .arg(options.prefix));
     Job job;
     QString error;
     if (!readCheckedRecord(host, options, job, error))

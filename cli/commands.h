@@ -7,7 +7,9 @@
 #include <QStringList>
 #include <QVariant>
 
-namespace IPCore { class OutputSet; }
+namespace IPCore {
+class OutputSet;
+}
 
 namespace CpriHost {
 

@@ -10,8 +10,12 @@
 #include <QStringList>
 #include <QVariant>
 
-namespace DEV { class DeviceDb; }
-namespace IPSERDESIP { class serdes; }
+namespace DEV {
+class DeviceDb;
+}
+namespace IPSERDESIP {
+class serdes;
+}
 
 namespace CpriHost {
 

@@ -34,7 +34,7 @@ struct Subject
     DEV::DeviceArg device;
     QMap<QString, QVariant> saved; // empty for a new core
     Project project;
-    int core = -1;                 // the project's core, from 0; -1 for none
+    int core = -1; // the project's core, from 0; -1 for none
 };
 
 // The folders the run made (the dialog's Calculate makes the core's), which
@@ -85,7 +85,9 @@ bool openProjectCore(PluginHost &host, const Options &options, Subject &subject,
     subject.core = options.core.toInt(&number) - 1;
     if (!number || subject.core < 0 || subject.core >= project.cores.size()) {
         error = QStringLiteral("--core takes the number of a core of %1, 1 to %2, not \"%3\"")
-                    .arg(options.project).arg(project.cores.size()).arg(options.core);
+                    .arg(options.project)
+                    .arg(project.cores.size())
+                    .arg(options.core);
         return false;
     }
     if (!options.workDir.isEmpty())

@@ -59,8 +59,8 @@ QStringList readLines(const QString &path)
 // Top levels of the core's earlier modules leave the set.
 bool removeOldTopLevels(IPCore::OutputSet &set, const QString &own)
 {
-    const QFileInfoList files = QDir(set.folder()).entryInfoList(
-        {QLatin1Char('*') + Gen::CoreTopLevelSuffix}, QDir::Files);
+    const QFileInfoList files =
+        QDir(set.folder()).entryInfoList({QLatin1Char('*') + Gen::CoreTopLevelSuffix}, QDir::Files);
     for (const QFileInfo &file : files) {
         if (file.fileName() != own && Gen::isCoreTopLevel(readLines(file.filePath()).value(0))
             && !set.remove(file.filePath()))
@@ -70,11 +70,12 @@ bool removeOldTopLevels(IPCore::OutputSet &set, const QString &own)
 }
 
 // The core's own top level: the package's, reading the core's define lines.
-bool writeTopLevel(PluginHost &host, IPCore::OutputSet &set,
-                   const QMap<QString, QVariant> &record, QString &error)
+bool writeTopLevel(PluginHost &host, IPCore::OutputSet &set, const QMap<QString, QVariant> &record,
+                   QString &error)
 {
-    const QString source = QStringList{host.packageDir(), IPCPRI::Descriptor::DataFolder,
-                                       Gen::TopLevelSource}.join(QLatin1Char('/'));
+    const QString source =
+        QStringList{host.packageDir(), IPCPRI::Descriptor::DataFolder, Gen::TopLevelSource}.join(
+            QLatin1Char('/'));
     const QStringList lines = Gen::coreTopLevel(readLines(source), record);
     if (lines.isEmpty()) {
         error = QStringLiteral("%1 does not include %2 and %3 once each")
@@ -95,15 +96,15 @@ bool writeRegisterFile(IPCore::OutputSet &set, const QStringList &settings, QStr
                        int &code)
 {
     IPSERDESIP::generator generator;
-    if (generator.generate(settings, set.writePath(set.folder() + QLatin1Char('/')
-                                                   + Gen::RegisterFile),
+    if (generator.generate(settings,
+                           set.writePath(set.folder() + QLatin1Char('/') + Gen::RegisterFile),
                            QStringList()))
         return true;
     const QStringList errors = generator.getErrStringList();
     // Without error lines the rate is out of the reference clock's reach: a bad record.
     code = errors.isEmpty() ? BadInput : Failed;
-    error = errors.isEmpty() ? IPCPRI::Texts::LineRateUnreachable
-                             : errors.join(QStringLiteral("; "));
+    error =
+        errors.isEmpty() ? IPCPRI::Texts::LineRateUnreachable : errors.join(QStringLiteral("; "));
     return false;
 }
 
@@ -222,8 +223,8 @@ int runGenerate(PluginHost &host, const Options &options)
         // The set takes the folder the plug-in creates next.
         sets[size_t(i)] = std::make_unique<IPCore::OutputSet>();
         int code = Success;
-        if (!generateCore(host, *sets[size_t(i)], job.record, options.synthesize, job.result,
-                          error, code))
+        if (!generateCore(host, *sets[size_t(i)], job.record, options.synthesize, job.result, error,
+                          code))
             return fail(QStringLiteral("%1: %2").arg(job.path, error), code);
     }
     for (size_t i = 0; i < sets.size(); ++i) {

@@ -37,14 +37,15 @@ QString instantiationTemplate(const IPCPRI::ConfigMap &record, const QString &pr
     const QVector<CorePort> ports = IPCPRI::corePorts(record);
     QString text;
     for (const CorePort &port : ports)
-        text += QStringLiteral("wire %1%2;\n").arg(rangeText(port.width),
-                                                   verilogIdentifier(prefix + port.name));
-    text += QStringLiteral("%1 %2 (\n").arg(verilogIdentifier(record.value(Key::Module).toString()),
-                                           verilogIdentifier(record.value(Key::File).toString()));
+        text += QStringLiteral("wire %1%2;\n")
+                    .arg(rangeText(port.width), verilogIdentifier(prefix + port.name));
+    text += QStringLiteral("%1 %2 (\n")
+                .arg(verilogIdentifier(record.value(Key::Module).toString()),
+                     verilogIdentifier(record.value(Key::File).toString()));
     QStringList connections;
     for (const CorePort &port : ports) {
-        connections << QStringLiteral("    .%1(%2)")
-                           .arg(port.name, verilogIdentifier(prefix + port.name));
+        connections
+            << QStringLiteral("    .%1(%2)").arg(port.name, verilogIdentifier(prefix + port.name));
     }
     return text + connections.join(QStringLiteral(",\n")) + QStringLiteral("\n);\n");
 }

@@ -34,7 +34,10 @@ public:
     // escape button (No, Cancel, Ok ...).
     void setAnswer(QMessageBox::StandardButton answer) { m_answer = answer; }
     // Called once for each new modal dialog that is no message box.
-    void setDialogHandler(std::function<void(QDialog *)> handler) { m_handler = std::move(handler); }
+    void setDialogHandler(std::function<void(QDialog *)> handler)
+    {
+        m_handler = std::move(handler);
+    }
 
     void start();
     void stop();

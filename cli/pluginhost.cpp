@@ -32,13 +32,14 @@ bool PluginHost::load()
         return false;
     }
     m_packageDir = QFileInfo(m_loader.fileName()).absolutePath();
-    m_descriptor = IPCore::processIPInfoSpec(m_packageDir + QLatin1Char('/')
-                                             + IPCPRI::Descriptor::FileName);
+    m_descriptor =
+        IPCore::processIPInfoSpec(m_packageDir + QLatin1Char('/') + IPCPRI::Descriptor::FileName);
     package->packageDir = m_packageDir;
     const QList<IPSERDESIP::BaseProtocol *> protocols = package->protocols();
     if (protocols.isEmpty()) {
-        m_error = QStringLiteral("the package in %1 offers no protocol (is its descriptor readable?)")
-                      .arg(m_packageDir);
+        m_error =
+            QStringLiteral("the package in %1 offers no protocol (is its descriptor readable?)")
+                .arg(m_packageDir);
         return false;
     }
     m_protocol.reset(protocols.first());

@@ -7,7 +7,9 @@
 
 #include <memory>
 
-namespace IPSERDESIP { class BaseProtocol; }
+namespace IPSERDESIP {
+class BaseProtocol;
+}
 
 namespace CpriHost {
 

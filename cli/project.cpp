@@ -133,8 +133,8 @@ bool Project::readShared(const QJsonObject &object, QString &error)
                                     ? IPSERDESIP::serdes::quadBiasProblem(it.key(), value)
                                     : QStringLiteral("it must be an integer");
         if (!problem.isEmpty()) {
-            error = QStringLiteral("%1: the shared value \"%2\": %3")
-                        .arg(m_path, it.key(), problem);
+            error =
+                QStringLiteral("%1: the shared value \"%2\": %3").arg(m_path, it.key(), problem);
             return false;
         }
         shared.insert(it.key(), it.value().toInt());
@@ -190,8 +190,8 @@ bool Project::readRecord(const QJsonValue &value, Core &core, QString &error)
     }
     if (value.isObject()) {
         core.source = m_path;
-        return RecordFile::parse(QJsonDocument(value.toObject()).toJson(), core.source,
-                                 core.record, error);
+        return RecordFile::parse(QJsonDocument(value.toObject()).toJson(), core.source, core.record,
+                                 error);
     }
     error = QStringLiteral("%1: %2 must be a record or the path of one").arg(m_path, core.label);
     return false;
@@ -342,8 +342,8 @@ bool Project::writeBack(int index, const QMap<QString, QVariant> &record, QStrin
         for (int i = 0; i < cores.size(); ++i) {
             const bool claims = cores.at(i).quadBias && claimedQuadBias(cores.at(i).record) == quad;
             if (i == index || claims) {
-                QJsonObject entry = i == index ? QJsonObject{{Field::Record, written}}
-                                               : entries.at(i).toObject();
+                QJsonObject entry =
+                    i == index ? QJsonObject{{Field::Record, written}} : entries.at(i).toObject();
                 entry.insert(Field::QuadBias, bias);
                 entries[i] = entry;
             }

@@ -76,7 +76,7 @@ public:
         QString instance;      // "file:module"
         QStringList resources; // lane key, PLL key, reference routing name
         bool placed = false;
-        QString kind;          // of the refusal
+        QString kind; // of the refusal
         QJsonObject refusal;
         QStringList files;
         QString synthesisMessage;
@@ -112,8 +112,8 @@ private:
     bool readRecord(const QJsonValue &value, Core &core, QString &error);
     bool checkBias(const Core &core, QString &error) const;
     bool claimBias(const Core &core, IPSERDESIP::Conflict &conflict);
-    bool writeRecord(const Core &core, const QMap<QString, QVariant> &record,
-                     QJsonValue &written, QString &error) const;
+    bool writeRecord(const Core &core, const QMap<QString, QVariant> &record, QJsonValue &written,
+                     QString &error) const;
     QString conflictingName(const Core &core, const Core &earlier, QString &kind) const;
 
     QString m_path;

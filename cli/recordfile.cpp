@@ -68,14 +68,16 @@ bool RecordFile::read(const QString &path, QMap<QString, QVariant> &record, QStr
     return parse(file.readAll(), path, record, error);
 }
 
-bool RecordFile::parse(const QByteArray &json, const QString &name,
-                       QMap<QString, QVariant> &record, QString &error)
+bool RecordFile::parse(const QByteArray &json, const QString &name, QMap<QString, QVariant> &record,
+                       QString &error)
 {
     QJsonParseError parse;
     const QJsonDocument doc = QJsonDocument::fromJson(json, &parse);
     if (parse.error != QJsonParseError::NoError) {
         error = QStringLiteral("%1: malformed JSON at offset %2: %3")
-                    .arg(name).arg(parse.offset).arg(parse.errorString());
+                    .arg(name)
+                    .arg(parse.offset)
+                    .arg(parse.errorString());
         return false;
     }
     if (!doc.isObject()) {
@@ -91,7 +93,7 @@ bool RecordFile::parse(const QByteArray &json, const QString &name,
             error = QStringLiteral("%1: the value of \"%2\" must be %3")
                         .arg(name, it.key(),
                              known ? typeName(known->type)
-                                  : QStringLiteral("a text, a boolean or an integer"));
+                                   : QStringLiteral("a text, a boolean or an integer"));
             return false;
         }
         record.insert(it.key(), value);
@@ -104,12 +106,11 @@ QJsonObject RecordFile::toJson(const QMap<QString, QVariant> &record)
     return QJsonObject::fromVariantMap(record);
 }
 
-bool RecordFile::write(const QString &path, const QMap<QString, QVariant> &record,
-                       QString &error)
+bool RecordFile::write(const QString &path, const QMap<QString, QVariant> &record, QString &error)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)
-        || file.write(QJsonDocument(toJson(record)).toJson()) < 0 || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(toJson(record)).toJson()) < 0
+        || !file.commit()) {
         error = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
         return false;
     }

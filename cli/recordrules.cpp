@@ -55,8 +55,7 @@ QString textOr(const QMap<QString, QVariant> &record, const QString &key, const 
 RecordRules::RecordRules(IPSERDESIP::BaseProtocol &protocol,
                          const QMap<QString, QVariant> &descriptor)
     : m_protocol(protocol), m_descriptor(descriptor)
-{
-}
+{}
 
 IPCPRI::RecordCheck::Frame RecordRules::frameFor(const QMap<QString, QVariant> &record) const
 {
@@ -69,14 +68,14 @@ IPCPRI::RecordCheck::Frame RecordRules::frameFor(const QMap<QString, QVariant> &
         frame.device = IPSERDESIP::serdes::instance()->device();
     // The frame's lists keep their first entry for a text they do not hold.
     const QString tool = record.value(Key::SynthesisTool).toString();
-    frame.synthesisTool = Dialog::synthesisTools().contains(tool) ? tool
-                                                                  : Dialog::synthesisTools().value(0);
+    frame.synthesisTool =
+        Dialog::synthesisTools().contains(tool) ? tool : Dialog::synthesisTools().value(0);
     const int language = record.value(Key::Language).toInt();
     frame.languageIndex = language >= 0 && language < Dialog::languages().size() ? language : 0;
-    frame.file = textOr(record, Key::File,
-                        m_descriptor.value(IPCPRI::Descriptor::Target).toString());
-    frame.module = textOr(record, Key::Module,
-                          m_descriptor.value(IPCPRI::Descriptor::Module).toString());
+    frame.file =
+        textOr(record, Key::File, m_descriptor.value(IPCPRI::Descriptor::Target).toString());
+    frame.module =
+        textOr(record, Key::Module, m_descriptor.value(IPCPRI::Descriptor::Module).toString());
     frame.fileProblem = IPSERDESIP::NameRules::fileNameProblems(frame.file).value(0);
     frame.moduleProblem = IPSERDESIP::NameRules::moduleNameProblem(frame.module);
     return frame;
@@ -94,13 +93,13 @@ QString RecordRules::problem(const QMap<QString, QVariant> &record) const
         return QStringLiteral("\"%1\" is %2: the %3 core does not support the part \"%4\"")
             .arg(Key::TargetDevice,
                  record.contains(Key::TargetDevice)
-                     ? QLatin1Char('"') + record.value(Key::TargetDevice).toString() + QLatin1Char('"')
+                     ? QLatin1Char('"') + record.value(Key::TargetDevice).toString()
+                           + QLatin1Char('"')
                      : QStringLiteral("missing"),
                  m_protocol.name(), frame.device.device());
     const IPCPRI::RecordCheck::Finding found =
         IPCPRI::RecordCheck(m_protocol.id(), frame).check(record);
-    return found.kind == IPCPRI::RecordCheck::Finding::Missing ? found.text + FixHint
-                                                                : found.text;
+    return found.kind == IPCPRI::RecordCheck::Finding::Missing ? found.text + FixHint : found.text;
 }
 
 } // namespace CpriHost

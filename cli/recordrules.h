@@ -6,7 +6,9 @@
 #include <QString>
 #include <QVariant>
 
-namespace IPSERDESIP { class BaseProtocol; }
+namespace IPSERDESIP {
+class BaseProtocol;
+}
 
 namespace CpriHost {
 

@@ -132,9 +132,14 @@ const QStringList &signalDetectThresholds()
 const QVector<QString> &optionalPortKeys()
 {
     static const QVector<QString> keys = {
-        Key::LoopbackPorts,      Key::DrpPorts,         Key::FfePorts,
-        Key::PrbsGeneratorPorts, Key::DifferentialSwingPorts, Key::PrbsCheckerPorts,
-        Key::EqualizationPorts,  Key::BiasPorts,
+        Key::LoopbackPorts,
+        Key::DrpPorts,
+        Key::FfePorts,
+        Key::PrbsGeneratorPorts,
+        Key::DifferentialSwingPorts,
+        Key::PrbsCheckerPorts,
+        Key::EqualizationPorts,
+        Key::BiasPorts,
     };
     return keys;
 }

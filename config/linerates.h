@@ -30,7 +30,7 @@ enum class OfferedOn { NoDevice, EveryGrade, TopGrade };
 struct RateRow
 {
     double gbps;
-    QString key; // record key of the rate's check box
+    QString key;     // record key of the rate's check box
     bool inRateList; // false only for the last reserved row, which is in the mask alone
     OfferedOn offeredOn;
 

@@ -25,12 +25,12 @@ SpeedState speedState(const QVector<bool> &on);
 // What choosing a speed class does to the rate boxes, by rate index.
 struct SpeedClass
 {
-    QString key;                  // record key of the class box
-    QVector<int> enable;          // rates the class offers on every grade
-    QVector<int> disable;         // rates it withdraws
+    QString key;                   // record key of the class box
+    QVector<int> enable;           // rates the class offers on every grade
+    QVector<int> disable;          // rates it withdraws
     QVector<int> enableOnTopGrade; // rates it offers only on the top grade
-    QVector<int> moveCheckFrom;   // a check on one of these moves to 1.2288 Gbps
-    bool disableBeforeMove;       // the check moves after the withdrawal
+    QVector<int> moveCheckFrom;    // a check on one of these moves to 1.2288 Gbps
+    bool disableBeforeMove;        // the check moves after the withdrawal
 };
 
 // The five classes, in the order the dialog examines their boxes.

@@ -21,10 +21,8 @@ struct ClassPath
 const QVector<ClassPath> &classPaths()
 {
     static const QVector<ClassPath> rows = {
-        {Key::SpeedSel3072, DataPath::Narrow3072},
-        {Key::SpeedSel6144, DataPath::Narrow6144},
-        {Key::SpeedSel98304, DataPath::Narrow98304},
-        {Key::SpeedSel101376, DataPath::Wide},
+        {Key::SpeedSel3072, DataPath::Narrow3072},   {Key::SpeedSel6144, DataPath::Narrow6144},
+        {Key::SpeedSel98304, DataPath::Narrow98304}, {Key::SpeedSel101376, DataPath::Wide},
         {Key::SpeedSel1216512, DataPath::Wide},
     };
     return rows;

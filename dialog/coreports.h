@@ -12,7 +12,7 @@ struct CorePort
 {
     enum Direction { Input, Output };
 
-    QString name;   // without the bit range
+    QString name; // without the bit range
     Direction direction = Input;
     int width = 1;
 };

@@ -126,10 +126,10 @@ cpridlg::~cpridlg()
 QVector<QCheckBox *> cpridlg::rateBoxes() const
 {
     const core_config *ui = coreUi;
-    return {ui->speedEnable06144, ui->speedEnable12288,  ui->speedEnable24576,
-            ui->speedEnable3072,  ui->speedEnable49152,  ui->speedEnable6144,
-            ui->speedEnable98304, nullptr,               ui->speedEnable811008,
-            ui->speedEnable101376, ui->speedEnable1216512, nullptr};
+    return {
+        ui->speedEnable06144,  ui->speedEnable12288,  ui->speedEnable24576,   ui->speedEnable3072,
+        ui->speedEnable49152,  ui->speedEnable6144,   ui->speedEnable98304,   nullptr,
+        ui->speedEnable811008, ui->speedEnable101376, ui->speedEnable1216512, nullptr};
 }
 
 QVector<QCheckBox *> cpridlg::speedClassBoxes() const
@@ -210,8 +210,7 @@ void cpridlg::connectSignals()
     connect(phyUi->ChannelSel, SIGNAL(currentIndexChanged(int)), this, SLOT(updatePLLSel()));
     connect(coreUi->ConfigClkPeriod, SIGNAL(editingFinished()), this, SLOT(checkClkPeriod()));
     connect(phyUi->refClkFreq, SIGNAL(editingFinished()), this, SLOT(checkRefClkFreq()));
-    connect(phyUi->refClkSource, SIGNAL(currentIndexChanged(int)), this,
-            SLOT(updatedRefClkFreq()));
+    connect(phyUi->refClkSource, SIGNAL(currentIndexChanged(int)), this, SLOT(updatedRefClkFreq()));
     connect(phyUi->Calculate, SIGNAL(clicked()), this, SLOT(onButtonCalculateClicked()));
     for (QLineEdit *edit : {coreUi->ScramblerSeed, coreUi->HDLCRate, coreUi->EthernetPointer})
         connect(edit, SIGNAL(editingFinished()), this, SLOT(checkLineEditInPut()));
@@ -223,8 +222,7 @@ void cpridlg::connectSignals()
         connect(box, SIGNAL(clicked()), this, SLOT(updatedSpeedEnable()));
     for (QCheckBox *box : classes)
         connect(box, SIGNAL(clicked()), this, SLOT(refreshFigure()));
-    for (QAbstractButton *button :
-         std::initializer_list<QAbstractButton *>{
+    for (QAbstractButton *button : std::initializer_list<QAbstractButton *>{
              coreUi->speedEnable101376, coreUi->RealTimeVendor, coreUi->MII, coreUi->GMII,
              optUi->checkBoxBIASPorts, optUi->checkBoxDifferSwingPorts, optUi->checkBoxDRPPort,
              optUi->checkBoxEqualizationPorts, optUi->checkBoxFFEPorts,
@@ -236,8 +234,7 @@ void cpridlg::connectSignals()
             SLOT(updateBiasDefaultValue()));
     for (QSpinBox *spin : {afeUi->cmSpinBox, afeUi->c1SpinBox})
         connect(spin, SIGNAL(valueChanged(int)), this, SLOT(calculateFFE_C0()));
-    connect(afeUi->ffeModeCombox, SIGNAL(currentIndexChanged(int)), this,
-            SLOT(onFFEModeChanged()));
+    connect(afeUi->ffeModeCombox, SIGNAL(currentIndexChanged(int)), this, SLOT(onFFEModeChanged()));
     connect(afeUi->equalizationModeCombox, SIGNAL(currentIndexChanged(int)), this,
             SLOT(onEqualizationModeChanged()));
 }

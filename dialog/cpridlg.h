@@ -16,7 +16,9 @@ class QAbstractButton;
 class QCheckBox;
 QT_END_NAMESPACE
 
-namespace IPSERDESIP { class generator; }
+namespace IPSERDESIP {
+class generator;
+}
 
 namespace IPCPRI {
 

@@ -70,13 +70,14 @@ bool cpridlg::collectConfiguration()
     if (const Serdes::Lane *known = Serdes::laneByDisplayName(lane))
         appendLaneSettings(serdesSettings, known->prefix, known->quadPrefix);
     const QString source = phyUi->refClkSource->currentText();
-    const Serdes::Route route = Serdes::route(lane, phyUi->PLL_Selection->currentText(), source,
-                                              phyUi->refClkFreq->text());
+    const Serdes::Route route =
+        Serdes::route(lane, phyUi->PLL_Selection->currentText(), source, phyUi->refClkFreq->text());
     routeLanes = route.lanes;
     routePlls = route.plls;
     routeRefClocks = route.refClocks;
     routeRefFreqs = route.refFrequencies;
-    if (const std::optional<QString> line = Serdes::frequencyLine(source, phyUi->refClkFreq->text()))
+    if (const std::optional<QString> line =
+            Serdes::frequencyLine(source, phyUi->refClkFreq->text()))
         serdesSettings << *line;
     registry()->setGlobalResetEnableParam(serdesSettings);
 

@@ -87,8 +87,7 @@ void cpridlg::updatePLLSel()
 {
     phyUi->PLL_Selection->clear();
     const double rate = Config::withoutUnit(phyUi->lineRate->displayText()).toDouble();
-    phyUi->PLL_Selection->addItems(
-        Serdes::offeredPlls(phyUi->ChannelSel->currentText(), rate));
+    phyUi->PLL_Selection->addItems(Serdes::offeredPlls(phyUi->ChannelSel->currentText(), rate));
 }
 
 void cpridlg::updateLaneConect()
@@ -148,7 +147,8 @@ void cpridlg::checkRefClkFreq()
 void cpridlg::checkLineEditInPut()
 {
     bool converted = true;
-    const QString seed = FieldRules::scramblerSeed(coreUi->ScramblerSeed->displayText(), &converted);
+    const QString seed =
+        FieldRules::scramblerSeed(coreUi->ScramblerSeed->displayText(), &converted);
     if (!converted)
         qDebug().noquote() << Texts::HexConversionFailed;
     setTextIfChanged(coreUi->ScramblerSeed, seed);

@@ -22,8 +22,8 @@ QString initial(const QString &key)
     return Config::initialValue(key).toString();
 }
 
-QString hexInRange(const QString &text, qulonglong low, qulonglong high,
-                   const QString &fallback, bool *converted)
+QString hexInRange(const QString &text, qulonglong low, qulonglong high, const QString &fallback,
+                   bool *converted)
 {
     bool ok = false;
     const qulonglong value = text.toULongLong(&ok, 16);
@@ -61,7 +61,7 @@ QString referenceFrequency(const QString &text)
         return initial(Key::RefClkFrequency);
     const double value = text.toDouble();
     return value >= MinReferenceMHz && value <= MaxReferenceMHz ? text
-                                                                 : initial(Key::RefClkFrequency);
+                                                                : initial(Key::RefClkFrequency);
 }
 
 QString scramblerSeed(const QString &text, bool *converted)
@@ -83,10 +83,8 @@ QString hdlcRate(const QString &text)
 const QVector<TextRule> &textRules()
 {
     static const QVector<TextRule> rules = {
-        {Key::ConfigClkPeriod, configClock,
-         decimalRange(ConfigClockMinimum, ConfigClockMaximum)},
-        {Key::RefClkFrequency, referenceFrequency,
-         decimalRange(MinReferenceMHz, MaxReferenceMHz)},
+        {Key::ConfigClkPeriod, configClock, decimalRange(ConfigClockMinimum, ConfigClockMaximum)},
+        {Key::RefClkFrequency, referenceFrequency, decimalRange(MinReferenceMHz, MaxReferenceMHz)},
         {Key::ScramblerSeed, [](const QString &t) { return scramblerSeed(t, nullptr); },
          hexRange(0, ScramblerSeedMaximum)},
         {Key::EthernetPointer, [](const QString &t) { return ethernetPointer(t, nullptr); },

@@ -29,6 +29,7 @@ struct PortNames
 
 const PortNames &portNames()
 {
+    // clang-format off
     static const PortNames names = {
         // Clocks and resets
         {
@@ -138,6 +139,7 @@ const PortNames &portNames()
             // Dynamic reconfiguration clock
         QStringLiteral("user_drp_clk_o"),
     };
+    // clang-format on
     return names;
 }
 
@@ -151,6 +153,7 @@ struct OptionalGroup
 // The optional-port groups in drawing order.
 const QVector<OptionalGroup> &optionalGroups()
 {
+    // clang-format off
     static const QVector<OptionalGroup> groups = {
         {QStringLiteral("Loopback"), &Choices::loopbackPorts,
          {QStringLiteral("loopback_en_i"), QStringLiteral("loopback_mode_i[1:0]")}},
@@ -171,6 +174,7 @@ const QVector<OptionalGroup> &optionalGroups()
          {QStringLiteral("rx_prbs_test_en_i"), QStringLiteral("rx_prbs_sel_i[2:0]"),
           QStringLiteral("rx_prbs_err_clr_i"), QStringLiteral("rx_prbs_err_cnt_o[7:0]")}},
     };
+    // clang-format on
     return groups;
 }
 
@@ -195,8 +199,7 @@ QStringList dataPathPorts(Choices::DataPath path)
 bool anyOptionalPort(const Choices &c)
 {
     return c.loopbackPorts || c.drpPorts || c.ffePorts || c.prbsGeneratorPorts
-           || c.differentialSwingPorts || c.prbsCheckerPorts || c.equalizationPorts
-           || c.biasPorts;
+           || c.differentialSwingPorts || c.prbsCheckerPorts || c.equalizationPorts || c.biasPorts;
 }
 
 } // namespace
@@ -240,11 +243,10 @@ QVector<PortGroup> buildPortGroups()
     };
     for (const OptionalGroup &group : optionalGroups())
         groups << when(group.title + QStringLiteral(" ports"), group.flag, group.ports);
-    groups << PortGroup{QStringLiteral("Dynamic reconfiguration clock"),
-                        [clock = n.drpClock](const Choices &c) {
-                            return anyOptionalPort(c) ? QStringList{clock} : QStringList();
-                        }}
-           << when(QStringLiteral("Dynamic reconfiguration port"), &Choices::drpPorts, n.drpPorts);
+    groups << PortGroup{
+        QStringLiteral("Dynamic reconfiguration clock"), [clock = n.drpClock](const Choices &c) {
+            return anyOptionalPort(c) ? QStringList{clock} : QStringList();
+        }} << when(QStringLiteral("Dynamic reconfiguration port"), &Choices::drpPorts, n.drpPorts);
     return groups;
 }
 

@@ -129,12 +129,12 @@ private:
     const RecordCheck &m_check;
     const ConfigMap &m_record;
     QString m_part;
-    QStringList m_lanes;          // the registry's free lanes, as the lane list shows them
-    QString m_lane;               // the lane current after loading
-    int m_class = -1;             // the speed class checked, by class row
-    int m_rate = -1;              // the rate box checked, by rate row
-    Config::SpeedState m_speed;   // what the enabled and checked rate boxes give
-    QString m_loadedRate;         // the line-rate text loading sets
+    QStringList m_lanes;        // the registry's free lanes, as the lane list shows them
+    QString m_lane;             // the lane current after loading
+    int m_class = -1;           // the speed class checked, by class row
+    int m_rate = -1;            // the rate box checked, by rate row
+    Config::SpeedState m_speed; // what the enabled and checked rate boxes give
+    QString m_loadedRate;       // the line-rate text loading sets
 };
 
 RecordCheck::Opened::Opened(const RecordCheck &check, const ConfigMap &record)
@@ -214,9 +214,12 @@ ConfigMap RecordCheck::Opened::collected() const
 {
     const Frame &frame = m_check.m_frame;
     ConfigMap r{
-        {Key::TargetDevice, frame.device.id()}, {Key::Type, m_check.m_coreType},
-        {Key::Version, Config::FormatVersion},  {Key::SynthesisTool, frame.synthesisTool},
-        {Key::Language, frame.languageIndex},   {Key::File, frame.file},
+        {Key::TargetDevice, frame.device.id()},
+        {Key::Type, m_check.m_coreType},
+        {Key::Version, Config::FormatVersion},
+        {Key::SynthesisTool, frame.synthesisTool},
+        {Key::Language, frame.languageIndex},
+        {Key::File, frame.file},
         {Key::Module, frame.module},
     };
     const QStringList classes = classKeys();
@@ -317,8 +320,8 @@ Finding RecordCheck::Opened::calculation() const
     const QString source = choice(Key::RefClkSource);
     const QString frequency = loaded(Key::RefClkFrequency).toString();
     if (Serdes::refClockUsedAtOtherFrequency(source, frequency)) {
-        const IPSERDESIP::REF_SOURCE *used = registry()->FormStringToREFSPtr(
-            IPSERDESIP::refsrcOptTransforSerdesName(source));
+        const IPSERDESIP::REF_SOURCE *used =
+            registry()->FormStringToREFSPtr(IPSERDESIP::refsrcOptTransforSerdesName(source));
         return refused(Key::RefClkFrequency, subject(m_record, Key::RefClkFrequency),
                        Texts::RefClockUnreachable,
                        QStringLiteral("another core runs %1 at %2 MHz")
@@ -339,12 +342,13 @@ Finding RecordCheck::Opened::calculation() const
         return Finding();
     // The generator's own lines say why; without them, what was asked of it.
     const QStringList errors = generator.getErrStringList();
-    return refused(Key::RefClkFrequency, subject(m_record, Key::RefClkFrequency),
-                   Texts::calculationFailure(errors).replace(QLatin1Char('\n'), QStringLiteral("; ")),
-                   errors.isEmpty() ? QStringLiteral("%1 for %2 at %3")
-                                          .arg(record.value(Key::PllSelection).toString(), m_lane,
-                                               record.value(Key::LineRate).toString())
-                                    : QString());
+    return refused(
+        Key::RefClkFrequency, subject(m_record, Key::RefClkFrequency),
+        Texts::calculationFailure(errors).replace(QLatin1Char('\n'), QStringLiteral("; ")),
+        errors.isEmpty() ? QStringLiteral("%1 for %2 at %3")
+                               .arg(record.value(Key::PllSelection).toString(), m_lane,
+                                    record.value(Key::LineRate).toString())
+                         : QString());
 }
 
 QString RecordCheck::Opened::reasonFor(const QString &key, const ConfigMap &written) const
@@ -391,8 +395,7 @@ QString RecordCheck::Opened::speedContext(const ConfigMap &written) const
 
 RecordCheck::RecordCheck(const QString &coreType, const Frame &frame)
     : m_coreType(coreType), m_frame(frame)
-{
-}
+{}
 
 RecordCheck::Finding RecordCheck::check(const ConfigMap &record) const
 {
@@ -423,7 +426,8 @@ RecordCheck::Finding RecordCheck::firstChange(const ConfigMap &record, const Ope
         const QString &key = spec.key;
         // Every list offers something when some lane is free.
         const bool list = !offered(key, {QString()}, QString()).isEmpty();
-        const bool unoffered = list && written.contains(key) && written.value(key).toString().isEmpty();
+        const bool unoffered =
+            list && written.contains(key) && written.value(key).toString().isEmpty();
         if (!(unofferedOnly && unoffered) && record.contains(key) == written.contains(key)
             && sameValue(record.value(key), written.value(key)))
             continue;
@@ -435,18 +439,19 @@ RecordCheck::Finding RecordCheck::firstChange(const ConfigMap &record, const Ope
                                .arg(subject(record, key), opened.reasonFor(key, written)));
         if (unofferedOnly)
             continue;
-        const QString writes = written.contains(key) ? QStringLiteral("the dialog writes ")
-                                                           + shown(written.value(key))
-                                                     : QStringLiteral("the dialog leaves it out");
+        const QString writes =
+            written.contains(key) ? QStringLiteral("the dialog writes ") + shown(written.value(key))
+                                  : QStringLiteral("the dialog leaves it out");
         if (speedKeys.contains(key))
-            return finding(Finding::Changed, key, QStringLiteral("%1; %2%3")
-                                                      .arg(subject(record, key),
-                                                           opened.speedContext(written), writes));
+            return finding(Finding::Changed, key,
+                           QStringLiteral("%1; %2%3")
+                               .arg(subject(record, key), opened.speedContext(written), writes));
         const QString reason = opened.reasonFor(key, written);
-        return finding(record.contains(key) ? Finding::Changed : Finding::Missing, key,
-                       QStringLiteral("%1; %2%3")
-                           .arg(subject(record, key), writes,
-                                reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason)));
+        return finding(
+            record.contains(key) ? Finding::Changed : Finding::Missing, key,
+            QStringLiteral("%1; %2%3")
+                .arg(subject(record, key), writes,
+                     reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason)));
     }
     return Finding();
 }

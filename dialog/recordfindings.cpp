@@ -23,8 +23,8 @@ int editDistance(const QString &a, const QString &b)
         row[0] = i;
         for (int j = 1; j <= b.size(); ++j) {
             const int above = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1,
-                               diagonal + (a.at(i - 1) == b.at(j - 1) ? 0 : 1)});
+            row[j] = std::min(
+                {row[j] + 1, row[j - 1] + 1, diagonal + (a.at(i - 1) == b.at(j - 1) ? 0 : 1)});
             diagonal = above;
         }
     }

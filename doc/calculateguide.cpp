@@ -37,10 +37,9 @@ QString writeBackPart(const QString &dialogCommand)
     QStringList biasKeys;
     for (const Serdes::QuadBias &quad : Serdes::quadBiases())
         biasKeys << quad.registryKey;
-    const QString entry = QStringLiteral("{\"%1\": ..., \"%2\": N}").arg(Field::Record,
-                                                                       Field::QuadBias);
-    return QStringLiteral("<h3>6. Changing a core: the dialog</h3>\n")
-           + pre({dialogCommand})
+    const QString entry =
+        QStringLiteral("{\"%1\": ..., \"%2\": N}").arg(Field::Record, Field::QuadBias);
+    return QStringLiteral("<h3>6. Changing a core: the dialog</h3>\n") + pre({dialogCommand})
            + QStringLiteral(
                  "<p>opens the dialog on the project's core of that number (counted from 1), "
                  "the other cores holding their lanes, PLLs and reference clocks and the "
@@ -112,9 +111,8 @@ QString calculatePart(const QMap<QString, QVariant> &record, const QString &scra
                "%9.</li>\n</ol>\n")
                .arg(quoted(Texts::PhyTab), failure, quoted(Texts::RefClockUnreachable),
                     code(Generate::SettingsFile), code(Generate::RegisterFile),
-                    code(Generate::coreOutputDir(CoreFolder)),
-                    quoted(Texts::LineRateUnreachable), quoted(Texts::SucceedTitle),
-                    quoted(Texts::Succeed))
+                    code(Generate::coreOutputDir(CoreFolder)), quoted(Texts::LineRateUnreachable),
+                    quoted(Texts::SucceedTitle), quoted(Texts::Succeed))
            + QStringLiteral("<p>For example, the reference host's generator, asked for %1 "
                             "with the %2 from the %3 MHz reference clock of %4, says:</p>\n")
                  .arg(code(rate), code(Serdes::Cpll),
@@ -192,8 +190,8 @@ QString messagesPart()
                                              : code(message.at(1)),
                      esc(message.at(2))});
     return QStringLiteral("<p>The messages of Calculate and OK:</p>\n")
-           + table({QStringLiteral("Title"), QStringLiteral("Text"), QStringLiteral("When")},
-                   rows, QStringLiteral("dialog-messages"));
+           + table({QStringLiteral("Title"), QStringLiteral("Text"), QStringLiteral("When")}, rows,
+                   QStringLiteral("dialog-messages"));
 }
 
 } // namespace

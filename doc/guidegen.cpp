@@ -89,9 +89,9 @@ QString rates()
         std::sort(offered.begin(), offered.end(), [](int a, int b) {
             return Config::rateRows().at(a).gbps < Config::rateRows().at(b).gbps;
         });
-        classes += row({code(c.key), codes(rateTexts(offered)),
-                        c.enableOnTopGrade.isEmpty() ? QString()
-                                                     : codes(rateTexts(c.enableOnTopGrade))});
+        classes +=
+            row({code(c.key), codes(rateTexts(offered)),
+                 c.enableOnTopGrade.isEmpty() ? QString() : codes(rateTexts(c.enableOnTopGrade))});
     }
     return QStringLiteral("<h2>Line rates and speed classes</h2>\n<p>The line rates, each "
                           "with a check box whose record key is beside it:</p>\n")
@@ -137,7 +137,8 @@ QMap<QString, QString> readMeanings(const QString &path, QString &error)
     QMap<QString, QString> meanings;
     for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
         if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#')))
-            meanings.insert(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1));
+            meanings.insert(line.section(QLatin1Char(' '), 0, 0),
+                            line.section(QLatin1Char(' '), 1));
     }
     QStringList keys;
     for (const Config::KeySpec &key : Config::recordKeys())
@@ -148,7 +149,8 @@ QMap<QString, QString> readMeanings(const QString &path, QString &error)
     }
     for (auto it = meanings.cbegin(); it != meanings.cend(); ++it) {
         if (!keys.contains(it.key()))
-            error = QStringLiteral("%1 names \"%2\", which is no key of the record").arg(path, it.key());
+            error = QStringLiteral("%1 names \"%2\", which is no key of the record")
+                        .arg(path, it.key());
     }
     return error.isEmpty() ? meanings : QMap<QString, QString>();
 }
@@ -159,8 +161,8 @@ QString keys(const QMap<QString, QString> &meanings)
                                QStringLiteral("int")};
     QString rows;
     for (const Config::KeySpec &key : Config::recordKeys()) {
-        rows += row({code(key.key), esc(meanings.value(key.key)), types.at(int(key.type)), range(key),
-                     code(key.initial.toString())});
+        rows += row({code(key.key), esc(meanings.value(key.key)), types.at(int(key.type)),
+                     range(key), code(key.initial.toString())});
     }
     return QStringLiteral("<h2>Configuration record</h2>\n<p>The dialog stores a core as a record "
                           "of these keys, in this order (format version %1):</p>\n")
@@ -249,8 +251,8 @@ int main(int argc, char *argv[])
     QMap<QString, QVariant> record;
     QString error;
     if (info.isEmpty() || !CpriHost::RecordFile::read(args.at(4), record, error)) {
-        QTextStream(stderr) << "guidegen: cannot read "
-                            << (info.isEmpty() ? args.at(1) : error) << '\n';
+        QTextStream(stderr) << "guidegen: cannot read " << (info.isEmpty() ? args.at(1) : error)
+                            << '\n';
         return 1;
     }
     const QMap<QString, QString> meanings = readMeanings(args.at(2), error);
@@ -266,23 +268,22 @@ int main(int argc, char *argv[])
         QTextStream(stderr) << "guidegen: no usage text from " << args.at(6) << '\n';
         return 1;
     }
-    const QString projectPart = projectSection(
-        {QFileInfo(args.at(6)).absoluteFilePath(), args.at(5), QFileInfo(args.at(1)).absolutePath(),
-         record},
-        error);
+    const QString projectPart =
+        projectSection({QFileInfo(args.at(6)).absoluteFilePath(), args.at(5),
+                        QFileInfo(args.at(1)).absolutePath(), record},
+                       error);
     if (projectPart.isEmpty()) {
         QTextStream(stderr) << "guidegen: the walkthrough: " << error << '\n';
         return 1;
     }
-    const QString html = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head>"
-                                        "<meta charset=\"utf-8\"><title>%1 user guide</title>"
-                                        "<style>%2</style></head><body>\n")
-                             .arg(esc(info.value(Descriptor::Label).toString()),
-                                  QString::fromLatin1(Style))
-                         + describe(info) + rates() + keys(meanings) + portsSection(portMeanings)
-                         + clocksSection() + projectPart + generation(record, exampleName)
-                         + commandsPart
-                         + QStringLiteral("</body></html>\n");
+    const QString html =
+        QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\"><head>"
+                       "<meta charset=\"utf-8\"><title>%1 user guide</title>"
+                       "<style>%2</style></head><body>\n")
+            .arg(esc(info.value(Descriptor::Label).toString()), QString::fromLatin1(Style))
+        + describe(info) + rates() + keys(meanings) + portsSection(portMeanings) + clocksSection()
+        + projectPart + generation(record, exampleName) + commandsPart
+        + QStringLiteral("</body></html>\n");
     QSaveFile out(args.at(7));
     if (!out.open(QIODevice::WriteOnly) || out.write(html.toUtf8()) < 0 || !out.commit()) {
         QTextStream(stderr) << "guidegen: cannot write " << args.at(7) << '\n';

@@ -51,8 +51,8 @@ inline QString table(const QStringList &header, const QString &rows, const QStri
     QStringList heads;
     for (const QString &h : header)
         heads << esc(h);
-    const QString open = id.isEmpty() ? QStringLiteral("<table>\n")
-                                      : QStringLiteral("<table id=\"%1\">\n").arg(id);
+    const QString open =
+        id.isEmpty() ? QStringLiteral("<table>\n") : QStringLiteral("<table id=\"%1\">\n").arg(id);
     return open + row(heads, QStringLiteral("th")) + rows + QStringLiteral("</table>\n");
 }
 

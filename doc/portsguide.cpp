@@ -151,12 +151,13 @@ QMap<QString, PortMeaning> readPortMeanings(const QString &path, QString &error)
     for (auto it = meanings.cbegin(); it != meanings.cend(); ++it) {
         const QString &domain = it->domain;
         if (!ports.contains(it.key()))
-            error = QStringLiteral("%1 names \"%2\", which is no port of the core")
-                        .arg(path, it.key());
+            error =
+                QStringLiteral("%1 names \"%2\", which is no port of the core").arg(path, it.key());
         else if (domain != AsyncDomain && domain != ClockDomain
                  && meanings.value(domain).domain != ClockDomain)
             error = QStringLiteral("%1 gives \"%2\" the clock domain \"%3\", which is no clock of "
-                                   "the core").arg(path, it.key(), domain);
+                                   "the core")
+                        .arg(path, it.key(), domain);
     }
     return error.isEmpty() ? meanings : QMap<QString, PortMeaning>();
 }

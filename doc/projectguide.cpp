@@ -162,9 +162,8 @@ QMap<QString, FieldText> fieldTexts()
          {QStringLiteral("The working directory, relative to the project file's folder: each "
                          "core's files go to %1, and %2 and %3 to the working directory itself. "
                          "%4 on the command line overrides it.")
-              .arg(code(Generate::coreOutputDir(CoreFolder)),
-                   code(CpriHost::SourcesFile), code(CpriHost::TemplatesFile),
-                   code(QStringLiteral("--workdir DIR"))),
+              .arg(code(Generate::coreOutputDir(CoreFolder)), code(CpriHost::SourcesFile),
+                   code(CpriHost::TemplatesFile), code(QStringLiteral("--workdir DIR"))),
           code(Field::DefaultWorkDir) + QStringLiteral(", the project file's folder")}},
         {Field::Shared,
          {QStringLiteral("The values the cores share: the bias of a quad, as %1, each %2. The "
@@ -204,9 +203,9 @@ QString fieldsPart(const Walk &walk, QString &error)
     }
     return QStringLiteral("<h3>The project file</h3>\n<p>A project of several cores on one "
                           "device is a JSON object of these fields:</p>\n")
-           + table({QStringLiteral("Field"), QStringLiteral("Holds"),
-                    QStringLiteral("When left out")},
-                   rows, QStringLiteral("project-fields"))
+           + table(
+               {QStringLiteral("Field"), QStringLiteral("Holds"), QStringLiteral("When left out")},
+               rows, QStringLiteral("project-fields"))
            + QStringLiteral("<p>The example project %1, %2 cores on one device:</p>\n")
                  .arg(code(walk.example.projectFile.section(QLatin1Char('/'), -3)))
                  .arg(walk.project().value(Field::Cores).toArray().size())
@@ -227,8 +226,8 @@ QVector<QMap<QString, QVariant>> coreRecords(const Walk &walk)
         if (value.isString())
             CpriHost::RecordFile::read(walk.path(value.toString()), record, error);
         else
-            CpriHost::RecordFile::parse(QJsonDocument(value.toObject()).toJson(), QString(),
-                                        record, error);
+            CpriHost::RecordFile::parse(QJsonDocument(value.toObject()).toJson(), QString(), record,
+                                        error);
         records << record;
     }
     return records;
@@ -307,8 +306,9 @@ QStringList templateExcerpts(const QString &templates)
 // The timescale line of the core's top level in the package.
 QString timescaleLine(const QString &packageDir)
 {
-    const QString top = QStringList{packageDir, Descriptor::DataFolder, Generate::TopLevelSource}
-                            .join(QLatin1Char('/'));
+    const QString top =
+        QStringList{packageDir, Descriptor::DataFolder, Generate::TopLevelSource}.join(
+            QLatin1Char('/'));
     for (const QString &line : readText(top).split(QLatin1Char('\n'))) {
         if (line.startsWith(QStringLiteral("`timescale")))
             return line.trimmed();
@@ -358,8 +358,7 @@ QString designFilesPart(const Walk &walk)
                             "warnings about unused and undriven signals, which your design "
                             "does not need:</p>\n")
                  .arg(code(hostCommand({QStringLiteral("template"),
-                                        first.value(Key::File).toString()
-                                            + QStringLiteral(".json"),
+                                        first.value(Key::File).toString() + QStringLiteral(".json"),
                                         QStringLiteral("--prefix"), QStringLiteral("a_")})),
                       code(BoardModule + QStringLiteral(".v")), code(ProjectPlaceholder))
            + pre({boardText(walk.example.packageDir)}, QStringLiteral("id=\"board-v\""));
@@ -418,9 +417,9 @@ QString projectSection(const ProjectExample &example, QString &error)
     const QString synthesis = place.isEmpty() ? QString() : synthesisPart(walk, error);
     if (synthesis.isEmpty())
         return QString();
-    const QString dialog = hostCommand({QStringLiteral("dialog"), QStringLiteral("--project"),
-                                        walk.projectName(), QStringLiteral("--core"),
-                                        QStringLiteral("1")});
+    const QString dialog =
+        hostCommand({QStringLiteral("dialog"), QStringLiteral("--project"), walk.projectName(),
+                     QStringLiteral("--core"), QStringLiteral("1")});
     return QStringLiteral("<h2 id=\"project\">From a project file to one design</h2>\n<p>A "
                           "design with several cores on one device starts from a project file. "
                           "%1 places its cores, generates them and writes the files that put "

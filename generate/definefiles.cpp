@@ -176,8 +176,9 @@ QStringList coreDefines(const ConfigMap &record)
           << Define::LineRateInit.arg(record.value(Key::HighestSpeedIndex).toInt())
           << Define::CfgClkPeriod.arg(configClockPeriod(record));
     appendFirst(lines, record, {{Key::Mii, Define::EthMii}, {Key::Gmii, Define::EthGmii}});
-    appendFirst(lines, record, {{Key::ProtocolVersion1, Define::ProtocolVer1},
-                                {Key::ProtocolVersion2, Define::ProtocolVer2}});
+    appendFirst(lines, record,
+                {{Key::ProtocolVersion1, Define::ProtocolVer1},
+                 {Key::ProtocolVersion2, Define::ProtocolVer2}});
     lines << Define::ScramblerSeed.arg(text(record, Key::ScramblerSeed))
           << Define::HdlcRate.arg(text(record, Key::HdlcRate))
           << Define::EthPointer.arg(text(record, Key::EthernetPointer));

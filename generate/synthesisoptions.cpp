@@ -97,9 +97,8 @@ QStringList settingLines(const ConfigMap &record, const QString &partName)
 
 QStringList referenceClockLines(const ConfigMap &record)
 {
-    const std::optional<QString> line =
-        Serdes::frequencyLine(record.value(Key::RefClkSource).toString(),
-                              record.value(Key::RefClkFrequency).toString());
+    const std::optional<QString> line = Serdes::frequencyLine(
+        record.value(Key::RefClkSource).toString(), record.value(Key::RefClkFrequency).toString());
     return line ? QStringList{*line} : QStringList{};
 }
 

@@ -4,7 +4,7 @@
 
 // Everything the reference host exports to the cores it loads.
 #if defined(IPHOST_LIBRARY)
-#  define IPHOST_EXPORT Q_DECL_EXPORT
+#    define IPHOST_EXPORT Q_DECL_EXPORT
 #else
-#  define IPHOST_EXPORT Q_DECL_IMPORT
+#    define IPHOST_EXPORT Q_DECL_IMPORT
 #endif

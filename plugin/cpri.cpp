@@ -53,13 +53,12 @@ void cpri::fillTargetDevice(const ConfigMap &record)
 {
     if (!targetDevice.isNull())
         return;
-    targetDevice = Core::IdeCore::deviceDataBase()->findDevice(
-        record.value(Key::TargetDevice).toString());
+    targetDevice =
+        Core::IdeCore::deviceDataBase()->findDevice(record.value(Key::TargetDevice).toString());
 }
 
-bool cpri::generate(const ConfigMap &record, QStringList &serdesSettings,
-                    QStringList &projectFiles, QStringList &synthesisOptions,
-                    QString &synthesisMessage, bool runSynthesis)
+bool cpri::generate(const ConfigMap &record, QStringList &serdesSettings, QStringList &projectFiles,
+                    QStringList &synthesisOptions, QString &synthesisMessage, bool runSynthesis)
 {
     Q_UNUSED(projectFiles)
     fillTargetDevice(record);
@@ -82,9 +81,9 @@ bool cpri::writeFiles(const ConfigMap &record, const QStringList &serdesSettings
 {
     const QStringList topDefines = Generate::topDefines(record);
     const QStringList coreDefines = Generate::coreDefines(record);
-    const QString outputDir = Generate::coreOutputDir(
-        IPSERDESIP::serdes::instance()->workingDir() + QLatin1Char('/')
-        + record.value(Key::File).toString());
+    const QString outputDir =
+        Generate::coreOutputDir(IPSERDESIP::serdes::instance()->workingDir() + QLatin1Char('/')
+                                + record.value(Key::File).toString());
     if (!IPCore::makeDirs(outputDir, ipInfo.value(Descriptor::Name).toString()))
         return false;
     const QList<QPair<QString, const QStringList *>> files = {

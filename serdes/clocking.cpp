@@ -38,8 +38,8 @@ QStringList offeredPlls(const QString &laneDisplayName, double rateGbps)
 
 bool refClockUsedAtOtherFrequency(const QString &refDisplayName, const QString &frequencyText)
 {
-    const IPSERDESIP::REF_SOURCE *used = registry()->FormStringToREFSPtr(
-        IPSERDESIP::refsrcOptTransforSerdesName(refDisplayName));
+    const IPSERDESIP::REF_SOURCE *used =
+        registry()->FormStringToREFSPtr(IPSERDESIP::refsrcOptTransforSerdesName(refDisplayName));
     // A text that is no number reads as 0.0; a frequency that is no number
     // (NaN) never equals anything.
     const double frequency = frequencyText.toDouble();

@@ -35,28 +35,34 @@ const QString RxBoost = QStringLiteral("%1_rx_boost %2");
 const QStringList &encodingLines(bool inKnownFamily, bool coded64b66b, bool fabric)
 {
     static const QStringList listedFabric = {
-        QStringLiteral("%1_tx_encode off"),          QStringLiteral("%1_rx_decode off"),
-        QStringLiteral("%1_word_align disable"),     QStringLiteral("%1_pma_tx_width_mode 16"),
+        QStringLiteral("%1_tx_encode off"),        QStringLiteral("%1_rx_decode off"),
+        QStringLiteral("%1_word_align disable"),   QStringLiteral("%1_pma_tx_width_mode 16"),
         QStringLiteral("%1_pma_rx_width_mode 16"),
     };
     static const QStringList listed64b66b = {
-        QStringLiteral("%1_tx_encode 64b66b"),       QStringLiteral("%1_rx_decode 64b66b"),
+        QStringLiteral("%1_tx_encode 64b66b"),
+        QStringLiteral("%1_rx_decode 64b66b"),
         QStringLiteral("%1_rx_64b66b_decode_10gbaser enable"),
-        QStringLiteral("%1_word_align disable"),     QStringLiteral("%1_pma_tx_width_mode 16"),
+        QStringLiteral("%1_word_align disable"),
+        QStringLiteral("%1_pma_tx_width_mode 16"),
         QStringLiteral("%1_pma_rx_width_mode 16"),
     };
     static const QStringList listed8b10b = {
-        QStringLiteral("%1_tx_encode 8b10b"),        QStringLiteral("%1_rx_decode 8b10b"),
-        QStringLiteral("%1_word_align enable"),      QStringLiteral("%1_pma_tx_width_mode 20"),
+        QStringLiteral("%1_tx_encode 8b10b"),      QStringLiteral("%1_rx_decode 8b10b"),
+        QStringLiteral("%1_word_align enable"),    QStringLiteral("%1_pma_tx_width_mode 20"),
         QStringLiteral("%1_pma_rx_width_mode 20"),
     };
     static const QStringList otherAbove = {
-        QStringLiteral("%1_8b10b_encode disable"),   QStringLiteral("%1_8b10b_decode disable"),
-        QStringLiteral("%1_word_align disable"),     QStringLiteral("%1_pma_width_mode 16"),
+        QStringLiteral("%1_8b10b_encode disable"),
+        QStringLiteral("%1_8b10b_decode disable"),
+        QStringLiteral("%1_word_align disable"),
+        QStringLiteral("%1_pma_width_mode 16"),
     };
     static const QStringList otherUpTo = {
-        QStringLiteral("%1_8b10b_encode enable"),    QStringLiteral("%1_8b10b_decode enable"),
-        QStringLiteral("%1_word_align enable"),      QStringLiteral("%1_pma_width_mode 20"),
+        QStringLiteral("%1_8b10b_encode enable"),
+        QStringLiteral("%1_8b10b_decode enable"),
+        QStringLiteral("%1_word_align enable"),
+        QStringLiteral("%1_pma_width_mode 20"),
     };
     if (!inKnownFamily)
         return coded64b66b ? otherAbove : otherUpTo;
@@ -112,13 +118,12 @@ LaneSettingsInput laneInputFromRecord(const ConfigMap &record, const QString &pa
     return in;
 }
 
-void appendLaneSettings(QStringList &settings, const QString &lanePrefix,
-                        const QString &quadPrefix, const LaneSettingsInput &in)
+void appendLaneSettings(QStringList &settings, const QString &lanePrefix, const QString &quadPrefix,
+                        const LaneSettingsInput &in)
 {
     const QString &p = lanePrefix;
     settings << Line::PllSel.arg(p, in.pll.toLower())
-             << Line::LoopbackMode.arg(p, in.loopback.toLower())
-             << Line::Enable.arg(p)
+             << Line::LoopbackMode.arg(p, in.loopback.toLower()) << Line::Enable.arg(p)
              << Line::Enable.arg(quadPrefix);
     const bool coded64b66b = &lineCoding(in.rateIndex) == &coding64b66b;
     for (const QString &line : encodingLines(in.inKnownFamily, coded64b66b,
@@ -126,21 +131,15 @@ void appendLaneSettings(QStringList &settings, const QString &lanePrefix,
         settings << line.arg(p);
     const int ratio = gearbox(in.rateIndex);
     const QString rate = Config::withoutUnit(in.lineRate);
-    settings << Line::TxGearbox.arg(p).arg(ratio)
-             << Line::RxGearbox.arg(p).arg(ratio)
-             << Line::WordAlignPattern.arg(p)
-             << Line::WordAlignPatternMask.arg(p)
-             << Line::TxRate.arg(p, rate)
-             << Line::RxRate.arg(p, rate)
+    settings << Line::TxGearbox.arg(p).arg(ratio) << Line::RxGearbox.arg(p).arg(ratio)
+             << Line::WordAlignPattern.arg(p) << Line::WordAlignPatternMask.arg(p)
+             << Line::TxRate.arg(p, rate) << Line::RxRate.arg(p, rate)
              << Line::TxDifferentialSwing.arg(p, in.differentialSwing)
-             << Line::TxFfeMode.arg(p, in.ffeMode.toLower())
-             << Line::TxFfeCm.arg(p).arg(in.ffeCm)
-             << Line::TxFfeC1.arg(p).arg(in.ffeC1)
-             << Line::TxFfeC0.arg(p, in.ffeC0)
+             << Line::TxFfeMode.arg(p, in.ffeMode.toLower()) << Line::TxFfeCm.arg(p).arg(in.ffeCm)
+             << Line::TxFfeC1.arg(p).arg(in.ffeC1) << Line::TxFfeC0.arg(p, in.ffeC0)
              << Line::RxSdThsel.arg(p, in.sdThreshold)
              << Line::RxEqMode.arg(p, in.equalizationMode.toLower())
-             << Line::RxAtt.arg(p).arg(in.att)
-             << Line::RxBoost.arg(p).arg(in.boost);
+             << Line::RxAtt.arg(p).arg(in.att) << Line::RxBoost.arg(p).arg(in.boost);
 }
 
 } // namespace Serdes

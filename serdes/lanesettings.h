@@ -13,11 +13,11 @@ namespace Serdes {
 // the PLL and the modes and drops the unit of the line rate.
 struct LaneSettingsInput
 {
-    QString pll;              // "QPLL0", "QPLL1", "CPLL"
-    QString loopback;         // "OFF", "LB_NES", ...
-    int rateIndex = 0;        // index of the highest enabled rate, -1 for none
-    QString placement64b66b;  // "SerDes" or "Fabric"
-    QString lineRate;         // "9.83040Gbps"
+    QString pll;             // "QPLL0", "QPLL1", "CPLL"
+    QString loopback;        // "OFF", "LB_NES", ...
+    int rateIndex = 0;       // index of the highest enabled rate, -1 for none
+    QString placement64b66b; // "SerDes" or "Fabric"
+    QString lineRate;        // "9.83040Gbps"
     QString differentialSwing;
     QString ffeMode;
     int ffeCm = 0;
@@ -46,8 +46,8 @@ const LineCoding &lineCoding(int rateIndex);
 LaneSettingsInput laneInputFromRecord(const ConfigMap &record, const QString &partName);
 
 // Appends the lane's setting lines (23, 24 or 25 of them) in their fixed order.
-void appendLaneSettings(QStringList &settings, const QString &lanePrefix,
-                        const QString &quadPrefix, const LaneSettingsInput &input);
+void appendLaneSettings(QStringList &settings, const QString &lanePrefix, const QString &quadPrefix,
+                        const LaneSettingsInput &input);
 
 } // namespace Serdes
 } // namespace IPCPRI

@@ -74,9 +74,9 @@ bool inFamily(const QString &familyList, const QString &partName);
 // The quad shared receiver bias: registry keys and setting lines.
 struct QuadBias
 {
-    QString quadName;     // "Q0": a lane display name of the quad starts with it
-    QString registryKey;  // "Q0_BIAS"
-    QString settingLine;  // "q0_rx_eq_bias %1"
+    QString quadName;    // "Q0": a lane display name of the quad starts with it
+    QString registryKey; // "Q0_BIAS"
+    QString settingLine; // "q0_rx_eq_bias %1"
 };
 const QVector<QuadBias> &quadBiases();
 // The quad of a lane: the one whose name starts the lane display name

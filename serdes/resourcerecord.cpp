@@ -23,10 +23,9 @@ IPSERDESIP::Message *resourceRecord(const QString &coreName, const ConfigMap &re
     message->instanceName = file + InstanceSeparator + module;
     message->moduleValue = module;
     message->fileValue = file;
-    const Route used = route(record.value(Key::ChannelSelection).toString(),
-                             record.value(Key::PllSelection).toString(),
-                             record.value(Key::RefClkSource).toString(),
-                             record.value(Key::RefClkFrequency).toString());
+    const Route used = route(
+        record.value(Key::ChannelSelection).toString(), record.value(Key::PllSelection).toString(),
+        record.value(Key::RefClkSource).toString(), record.value(Key::RefClkFrequency).toString());
     message->laneList = used.lanes;
     message->pllList = used.plls;
     message->refClockList = used.refClocks;

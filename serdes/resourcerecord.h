@@ -2,7 +2,9 @@
 
 #include "../config/configkeys.h"
 
-namespace IPSERDESIP { class Message; }
+namespace IPSERDESIP {
+class Message;
+}
 
 namespace IPCPRI {
 namespace Serdes {

@@ -45,7 +45,10 @@ public:
 using IPCPRI::cpridlg;
 using Probe = IPCPRI::CpriDialogProbe;
 
-inline IPSERDESIP::serdes *registry() { return IPSERDESIP::serdes::instance(); }
+inline IPSERDESIP::serdes *registry()
+{
+    return IPSERDESIP::serdes::instance();
+}
 
 inline QStringList split(const QString &text, char separator = ';')
 {
@@ -74,7 +77,8 @@ inline QStringList show(const Record &r)
 inline const QStringList Rates = split("speedEnable06144 speedEnable12288 speedEnable24576 "
                                        "speedEnable3072 speedEnable49152 speedEnable6144 "
                                        "speedEnable98304 speedEnable811008 speedEnable101376 "
-                                       "speedEnable1216512", ' ');
+                                       "speedEnable1216512",
+                                       ' ');
 inline const QStringList Classes =
     split("speedSel3072 speedSel6144 speedSel98304 speedSel101376 speedSel1216512", ' ');
 
@@ -235,13 +239,21 @@ struct Case
     Case &on(const QString &device) { return set(&Case::device, device); }
     Case &given(const QString &setup) { return set(&Case::setup, setup); }
     Case &saved(const QString &record) { return set(&Case::record, record); }
-    Case &answering(QMessageBox::StandardButton button) { answer = button; return *this; }
+    Case &answering(QMessageBox::StandardButton button)
+    {
+        answer = button;
+        return *this;
+    }
 
     QString name, steps, looks, shown, setup, record, device = "DVA-1-C2I1";
     QMessageBox::StandardButton answer = QMessageBox::Yes;
 
 private:
-    Case &set(QString Case::*field, const QString &value) { this->*field = value; return *this; }
+    Case &set(QString Case::*field, const QString &value)
+    {
+        this->*field = value;
+        return *this;
+    }
 };
 
 // A project on the case's device in a scratch folder holding what the case
@@ -387,6 +399,7 @@ inline const QString Succeed = "Succeed: Succeed";
 inline QString bias(const QString &otherLanes, int value)
 {
     return QString("Question: %1 BIAS will also be changed to %2, whether to accept or not? ")
-        .arg(otherLanes).arg(value);
+        .arg(otherLanes)
+        .arg(value);
 }
 } // namespace Msg

@@ -10,9 +10,18 @@
 
 namespace TestRecords {
 
-inline QString u(const char *text) { return QString::fromUtf8(text); }
-inline QStringList lines(const QString &text) { return text.split(u("|"), Qt::SkipEmptyParts); }
-inline QStringList lines(const char *text) { return lines(u(text)); }
+inline QString u(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+inline QStringList lines(const QString &text)
+{
+    return text.split(u("|"), Qt::SkipEmptyParts);
+}
+inline QStringList lines(const char *text)
+{
+    return lines(u(text));
+}
 // A line list in which "~" stands for a prefix.
 inline QStringList lines(const char *text, const char *prefix)
 {
@@ -24,7 +33,8 @@ inline QStringList fileLines(const QString &path)
 {
     QFile file(path);
     file.open(QIODevice::ReadOnly);
-    return QString::fromUtf8(file.readAll()).split(u("\n"), Qt::SkipEmptyParts)
+    return QString::fromUtf8(file.readAll())
+        .split(u("\n"), Qt::SkipEmptyParts)
         .filter(QRegularExpression(u("^[^#]")));
 }
 
@@ -40,7 +50,10 @@ inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap r, const QString &changes)
     }
     return r;
 }
-inline IPCPRI::ConfigMap with(const IPCPRI::ConfigMap &r, const char *c) { return with(r, u(c)); }
+inline IPCPRI::ConfigMap with(const IPCPRI::ConfigMap &r, const char *c)
+{
+    return with(r, u(c));
+}
 
 // Every key at the value a new core starts with.
 inline IPCPRI::ConfigMap initial()
@@ -56,7 +69,8 @@ inline IPCPRI::ConfigMap initial()
 // on Q1 Lane3 of a DVB-1 device, every flag and every optional port set.
 inline IPCPRI::ConfigMap away()
 {
-    return with(initial(),
+    return with(
+        initial(),
         "target_device=DVB-1-C2I1; file=ip1; module=my_cpri; 3.072G_and_Under=true;"
         "6.144G_and_Under=true; 9.8304G_and_Under=true; 10.1376G_and_Under=true;"
         "12.16512G_and_Under=true; Config_Clk_Period=150; MII=false; GMII=true;"

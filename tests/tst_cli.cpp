@@ -59,7 +59,8 @@ QByteArray changed(const QByteArray &changes)
     QJsonObject record = QJsonDocument::fromJson(read(Example)).object();
     const QJsonObject object = QJsonDocument::fromJson(changes).object();
     for (auto it = object.begin(); it != object.end(); ++it)
-        it.value().isNull() ? void(record.remove(it.key())) : void(record.insert(it.key(), it.value()));
+        it.value().isNull() ? void(record.remove(it.key()))
+                            : void(record.insert(it.key(), it.value()));
     return QJsonDocument(record).toJson(QJsonDocument::Compact);
 }
 
@@ -100,21 +101,35 @@ void TestCli::helpInfoAndDevices()
 {
     const Result help = runHost({"--help"_q});
     const QString readme = QString::fromUtf8(read(CPRI_SOURCE_DIR "/README.md"_q));
-    QVERIFY(help.exitCode == 0 && help.out.contains("\n  generate RECORD.json... [--workdir DIR] [--synthesize]\n"));
-    QCOMPARE(QString::fromUtf8(help.out).section(QLatin1Char('\n'), 1).trimmed(), // as the README shows it
+    QVERIFY(help.exitCode == 0
+            && help.out.contains("\n  generate RECORD.json... [--workdir DIR] [--synthesize]\n"));
+    QCOMPARE(QString::fromUtf8(help.out)
+                 .section(QLatin1Char('\n'), 1)
+                 .trimmed(), // as the README shows it
              readme.section("<!-- cpri-host-help -->\n```text\n"_q, 1).section("\n```"_q, 0, 0));
-    const QJsonObject info = runHost({"info"_q}).json().object(), spec = info.value("descriptor"_q).toObject();
+    const QJsonObject info = runHost({"info"_q}).json().object(),
+                      spec = info.value("descriptor"_q).toObject();
     QVERIFY(info.value("name"_q) == "CPRI"_q && spec.value("ipcore.name"_q) == "CPRI"_q);
     for (const char *key : {"id", "version", "category", "summary"}) // each the descriptor's
-        QVERIFY2(info.value(QString::fromUtf8(key)) == spec.value("ipcore."_q + (key == QByteArray("summary") ? "doc.summary"_q : QString::fromUtf8(key))), key);
-    QCOMPARE(info.value("packageDir"_q).toString(), QFileInfo(CPRI_PLUGIN_PATH ""_q).absolutePath());
+        QVERIFY2(info.value(QString::fromUtf8(key))
+                     == spec.value("ipcore."_q
+                                   + (key == QByteArray("summary") ? "doc.summary"_q
+                                                                   : QString::fromUtf8(key))),
+                 key);
+    QCOMPARE(info.value("packageDir"_q).toString(),
+             QFileInfo(CPRI_PLUGIN_PATH ""_q).absolutePath());
     const QByteArray devices = runHost({"devices"_q}).out;
-    for (const char *fact : {"\"part\": \"DVA-1\"", "\"part\": \"DVB-1\"", "\"grade\": \"C2/I1\"", "\"grade\": \"I2\"", "\"lanes\": ["})
+    for (const char *fact : {"\"part\": \"DVA-1\"", "\"part\": \"DVB-1\"", "\"grade\": \"C2/I1\"",
+                             "\"grade\": \"I2\"", "\"lanes\": ["})
         QVERIFY2(devices.contains(fact), fact);
-    for (const QJsonValue &device : QJsonDocument::fromJson(devices).array()) { // supported as the descriptor says
+    for (const QJsonValue &device :
+         QJsonDocument::fromJson(devices).array()) { // supported as the descriptor says
         const QString part = device["part"_q].toString();
-        QVERIFY2(device["id"_q].toString().startsWith(part + "-"_q) && device["supported"_q].toBool()
-                 == (spec["ipcore.device.supported"_q].toArray().contains(part) && !spec["ipcore.device.unsupported"_q].toArray().contains(part)), qPrintable(part));
+        QVERIFY2(device["id"_q].toString().startsWith(part + "-"_q)
+                     && device["supported"_q].toBool()
+                            == (spec["ipcore.device.supported"_q].toArray().contains(part)
+                                && !spec["ipcore.device.unsupported"_q].toArray().contains(part)),
+                 qPrintable(part));
     }
 }
 
@@ -124,30 +139,41 @@ void TestCli::generateWritesTheCoreFiles()
     const Result r = runHost({"generate"_q, Example, "--workdir"_q, work.path(), "--synthesize"_q});
     QVERIFY2(r.exitCode == 0, r.err.constData());
     const QJsonObject result = r.json().object();
-    QVERIFY(result.value("ok"_q).toBool() && result.value("synthesisMessage"_q).toString().contains("with Yosys:\n"_q));
+    QVERIFY(result.value("ok"_q).toBool()
+            && result.value("synthesisMessage"_q).toString().contains("with Yosys:\n"_q));
     const QStringList settings = result.value("serdesSettings"_q).toVariant().toStringList();
-    QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q && settings.contains("q0_refclk0_freq 122.88"_q)
+    QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q
+            && settings.contains("q0_refclk0_freq 122.88"_q)
             && result.value("synthesisOptions"_q).toArray().size() == 15);
     const QString dir = work.path() + "/cpri_0/temp/cpri"_q;
-    QCOMPARE(result.value("files"_q).toVariant().toStringList(), QStringList({dir + "/top_define.vh"_q,
-             dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q, dir + "/cpri_top.v"_q, dir + "/cpri.csr"_q}));
-    QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini"_q)), settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    QCOMPARE(result.value("files"_q).toVariant().toStringList(),
+             QStringList({dir + "/top_define.vh"_q, dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q,
+                          dir + "/cpri_top.v"_q, dir + "/cpri.csr"_q}));
+    QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini"_q)),
+             settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
     // The core's own top level: the package's with the define files in place of their includes.
-    const QByteArray own = "// The top level of the core cpri_top: the package's cpri_top.v\n// with the lines of top_define.vh "
-        "and cpri_defines.vh in place of their includes.\n" + read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q)
-        .replace("`include \"top_define.vh\"\n", read(dir + "/top_define.vh"_q))
-        .replace("`include \"cpri_defines.vh\"\n", read(dir + "/cpri_defines.vh"_q));
+    const QByteArray own =
+        "// The top level of the core cpri_top: the package's cpri_top.v\n// with the lines of top_define.vh "
+        "and cpri_defines.vh in place of their includes.\n"
+        + read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q)
+              .replace("`include \"top_define.vh\"\n", read(dir + "/top_define.vh"_q))
+              .replace("`include \"cpri_defines.vh\"\n", read(dir + "/cpri_defines.vh"_q));
     QCOMPARE(read(dir + "/cpri_top.v"_q), own);
     QCOMPARE(entries(work.path() + "/cpri_0/temp"_q), QStringList{"cpri"_q}); // nothing left beside
     // A register file and a top level of another run give way to the ones of this run's lines.
-    QVERIFY(write(dir + "/cpri.csr"_q, "stale\n") && write(dir + "/old_top.v"_q, read(dir + "/cpri_top.v"_q))
+    QVERIFY(write(dir + "/cpri.csr"_q, "stale\n")
+            && write(dir + "/old_top.v"_q, read(dir + "/cpri_top.v"_q))
             && write(dir + "/mine.v"_q, "module mine;\nendmodule\n"));
-    const QString record = writeRecord(work.filePath("6g.json"_q), R"({"9.8304G_and_Under": false, "6.144G_and_Under": true,
+    const QString record = writeRecord(work.filePath("6g.json"_q),
+                                       R"({"9.8304G_and_Under": false, "6.144G_and_Under": true,
         "9.8304Gbps": false, "6.144Gbps": true, "Line_Rate": "6.14400Gbps", "highest_SpeedIndex": 5, "speedEnables_Record": "000000100000"})");
     QCOMPARE(runHost({"generate"_q, record, "--workdir"_q, work.path()}).exitCode, 0);
     const QByteArray ini = read(dir + "/cpri.ini"_q), csr = read(dir + "/cpri.csr"_q);
-    QVERIFY2(ini.contains("q0_ln1_tx_rate 6.14400\n") && csr.startsWith(ini) && csr.contains("q0_ln1_vco_ghz 12.288000\n"), csr.constData());
-    QCOMPARE(entries(dir), QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q, "cpri_top.v"_q, "mine.v"_q, "top_define.vh"_q}));
+    QVERIFY2(ini.contains("q0_ln1_tx_rate 6.14400\n") && csr.startsWith(ini)
+                 && csr.contains("q0_ln1_vco_ghz 12.288000\n"),
+             csr.constData());
+    QCOMPARE(entries(dir), QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q,
+                                        "cpri_top.v"_q, "mine.v"_q, "top_define.vh"_q}));
 }
 
 void TestCli::generateTakesSeveralRecords()
@@ -155,32 +181,44 @@ void TestCli::generateTakesSeveralRecords()
     QTemporaryDir work;
     const QString a = writeRecord(work.filePath("a.json"_q), R"({"file": "a"})");
     const QString b = writeRecord(work.filePath("b.json"_q), R"({"file": "b", "module": "m_b"})");
-    const QString bad = writeRecord(work.filePath("bad.json"_q), R"({"file": "c", "FFEMODE": "x"})");
+    const QString bad =
+        writeRecord(work.filePath("bad.json"_q), R"({"file": "c", "FFEMODE": "x"})");
     const QString out = work.filePath("out"_q);
     const Result several = runHost({"generate"_q, b, a, "--workdir"_q, out});
     QVERIFY2(several.exitCode == 0, several.err.constData());
     const QJsonArray results = several.json().array();
-    QVERIFY(results.size() == 2 && results[0]["record"_q] == b && results[1]["files"_q][0] == out + "/a/temp/cpri/top_define.vh"_q);
+    QVERIFY(results.size() == 2 && results[0]["record"_q] == b
+            && results[1]["files"_q][0] == out + "/a/temp/cpri/top_define.vh"_q);
     QCOMPARE(read(out + "/b/temp/cpri/top_define.vh"_q), QByteArray("`define module_name m_b\n"));
     // One bad record, two on one core or on two devices, and no record is written.
-    const QString other = writeRecord(work.filePath("c.json"_q), R"({"file": "c", "target_device": "DVC-1-C2I1", "64B_66B_Mode": "SerDes"})");
+    const QString other =
+        writeRecord(work.filePath("c.json"_q),
+                    R"({"file": "c", "target_device": "DVC-1-C2I1", "64B_66B_Mode": "SerDes"})");
     const QString fresh = work.filePath("fresh"_q);
-    for (const QStringList &records : {QStringList{a, bad}, QStringList{a, b, a}, QStringList{a, other}}) {
-        const Result r = runHost(QStringList{"generate"_q} + records + QStringList{"--workdir"_q, fresh});
+    for (const QStringList &records :
+         {QStringList{a, bad}, QStringList{a, b, a}, QStringList{a, other}}) {
+        const Result r =
+            runHost(QStringList{"generate"_q} + records + QStringList{"--workdir"_q, fresh});
         QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(fresh));
     }
-    QVERIFY(runHost({"generate"_q, other, a, "--workdir"_q, fresh}).err.contains("name different devices"));
+    QVERIFY(runHost({"generate"_q, other, a, "--workdir"_q, fresh})
+                .err.contains("name different devices"));
 }
 
 void TestCli::resourcesOfARecord()
 {
     const QJsonObject m = runHost({"resources"_q, Example}).json().object();
     QCOMPARE(m.value("instanceName"_q).toString(), "cpri_0:cpri_top"_q);
-    QCOMPARE(m.value("laneList"_q).toVariant().toStringList() + m.value("pllList"_q).toVariant().toStringList()
-                 + m.value("lineRates"_q).toVariant().toStringList(), QStringList({"Q0_LANE1"_q, "Q0_QPLL0"_q, "9.83040"_q}));
-    QCOMPARE(QStringList({m["coreName"_q].toString(), m["fileValue"_q].toString(), m["moduleValue"_q].toString(),
-             m["refClockList"_q][0].toString(), m["refFreqList"_q][0].toString(), m["auxList1"_q][0].toString(), m["auxList2"_q][0].toString()}),
-             QStringList({"CPRI"_q, "cpri_0"_q, "cpri_top"_q, "Q0_REFCLK0"_q, "122.880"_q, "0"_q, "0"_q}));
+    QCOMPARE(m.value("laneList"_q).toVariant().toStringList()
+                 + m.value("pllList"_q).toVariant().toStringList()
+                 + m.value("lineRates"_q).toVariant().toStringList(),
+             QStringList({"Q0_LANE1"_q, "Q0_QPLL0"_q, "9.83040"_q}));
+    QCOMPARE(QStringList({m["coreName"_q].toString(), m["fileValue"_q].toString(),
+                          m["moduleValue"_q].toString(), m["refClockList"_q][0].toString(),
+                          m["refFreqList"_q][0].toString(), m["auxList1"_q][0].toString(),
+                          m["auxList2"_q][0].toString()}),
+             QStringList(
+                 {"CPRI"_q, "cpri_0"_q, "cpri_top"_q, "Q0_REFCLK0"_q, "122.880"_q, "0"_q, "0"_q}));
 }
 
 // The prefix given, if any -> the template's first wire and first connection.
@@ -188,13 +226,20 @@ void TestCli::templateNamesWiresAfterAPrefix()
 {
     const QVector<QPair<QStringList, QString>> rows = {
         {{}, "wire cpri_0_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(cpri_0_tx_arst_i),"_q},
-        {{"--prefix"_q, "u1_"_q}, "wire u1_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(u1_tx_arst_i),"_q},
-        {{"--prefix=-"_q}, "wire \\-tx_arst_i ;|cpri_top cpri_0 (|    .tx_arst_i(\\-tx_arst_i ),"_q},
+        {{"--prefix"_q, "u1_"_q},
+         "wire u1_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(u1_tx_arst_i),"_q},
+        {{"--prefix=-"_q},
+         "wire \\-tx_arst_i ;|cpri_top cpri_0 (|    .tx_arst_i(\\-tx_arst_i ),"_q},
         {{"--prefix="_q}, "wire tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(tx_arst_i),"_q},
     };
     for (const auto &row : rows) {
-        const QStringList text = QString::fromUtf8(runHost(QStringList{"template"_q, Example} + row.first).out).split(QLatin1Char('\n'));
-        QCOMPARE(QStringList({text.value(0), text.filter(" ("_q).value(0), text.filter("    ."_q).value(0)}).join(QLatin1Char('|')), row.second);
+        const QStringList text =
+            QString::fromUtf8(runHost(QStringList{"template"_q, Example} + row.first).out)
+                .split(QLatin1Char('\n'));
+        QCOMPARE(QStringList(
+                     {text.value(0), text.filter(" ("_q).value(0), text.filter("    ."_q).value(0)})
+                     .join(QLatin1Char('|')),
+                 row.second);
     }
 }
 
@@ -202,19 +247,23 @@ void TestCli::templateNamesWiresAfterAPrefix()
 void TestCli::sharedBiasReachesTheSettings()
 {
     QTemporaryDir work;
-    const QString record = writeRecord(work.filePath("r.json"_q), R"({"ifChangedAllOfBias": true})");
+    const QString record =
+        writeRecord(work.filePath("r.json"_q), R"({"ifChangedAllOfBias": true})");
     const QVector<QPair<QStringList, QString>> rows = {
         {{"--shared"_q, "Q0_BIAS=12"_q}, "q0_rx_eq_bias 12"_q},
         {{"--shared"_q, "Q1_BIAS=3"_q, "--shared"_q, "Q0_BIAS=0"_q}, "q0_rx_eq_bias 0"_q},
         {{"--shared=Q0_BIAS=15"_q}, "q0_rx_eq_bias 15"_q},
     };
     for (const auto &row : rows) {
-        const Result r = runHost(QStringList{"generate"_q, record, "--workdir"_q, work.path()} + row.first);
+        const Result r =
+            runHost(QStringList{"generate"_q, record, "--workdir"_q, work.path()} + row.first);
         QVERIFY2(r.exitCode == 0, r.err.constData());
-        QCOMPARE(r.json()["serdesSettings"_q].toVariant().toStringList().filter("_bias"_q), QStringList{row.second});
+        QCOMPARE(r.json()["serdesSettings"_q].toVariant().toStringList().filter("_bias"_q),
+                 QStringList{row.second});
     }
 }
 
+// clang-format off
 void TestCli::refusal_data()
 {
     QTest::addColumn<QByteArray>("record"); // empty: no file at all
@@ -321,6 +370,7 @@ void TestCli::refusal_data()
     row("resources of a changed record", changed(R"({"GMII": true})"), "\"MII\" is true", "resources RECORD");
     row("core on a held lane", changed("{}"), "record.json: lane Q0_LANE1 is held by cpri_0:cpri_top", "generate RECORD --occupy RECORD --occupy RECORD --workdir WORK");
 }
+// clang-format on
 
 void TestCli::refusal()
 {
@@ -331,10 +381,13 @@ void TestCli::refusal()
     const QString path = dir.filePath("record.json"_q), work = dir.filePath("work"_q);
     QVERIFY(record.isEmpty() || write(path, record));
     message.replace("WORK"_q, work);
-    QStringList words = arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' '));
+    QStringList words =
+        arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' '));
     const Result r = runHost(words.replaceInStrings("%20"_q, " "_q));
     const QString err = QString::fromUtf8(r.err);
-    QVERIFY2(err.startsWith("cpri-host: "_q) && err.contains(message) && err.count(QLatin1Char('\n')) == 1, qPrintable(err));
+    QVERIFY2(err.startsWith("cpri-host: "_q) && err.contains(message)
+                 && err.count(QLatin1Char('\n')) == 1,
+             qPrintable(err));
     QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(work));
 }
 
@@ -342,24 +395,38 @@ void TestCli::refusal()
 void TestCli::failuresNameTheirCause()
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath("file"_q), work = dir.filePath("work"_q), package = dir.filePath("package"_q);
-    QVERIFY(write(file, "in the way") && QDir().mkpath(package + "/data"_q) && QDir().mkpath(dir.filePath("bare"_q)));
+    const QString file = dir.filePath("file"_q), work = dir.filePath("work"_q),
+                  package = dir.filePath("package"_q);
+    QVERIFY(write(file, "in the way") && QDir().mkpath(package + "/data"_q)
+            && QDir().mkpath(dir.filePath("bare"_q)));
     for (const char *name : {"libcpri.so", "cpri.ipspec", "data/cpri_core_encryption.v"})
-        QVERIFY(QFile::copy(CPRI_PACKAGE_DIR "/"_q + QString::fromUtf8(name), package + "/"_q + QString::fromUtf8(name)));
-    QVERIFY(QFile::copy(CPRI_PLUGIN_PATH ""_q, dir.filePath("bare/libcpri.so"_q))); // a package without its descriptor
-    QVERIFY(write(package + "/data/cpri_top.v"_q, read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q).replace("`include \"cpri_defines.vh\"", "")));
+        QVERIFY(QFile::copy(CPRI_PACKAGE_DIR "/"_q + QString::fromUtf8(name),
+                            package + "/"_q + QString::fromUtf8(name)));
+    QVERIFY(QFile::copy(CPRI_PLUGIN_PATH ""_q,
+                        dir.filePath("bare/libcpri.so"_q))); // a package without its descriptor
+    QVERIFY(write(
+        package + "/data/cpri_top.v"_q,
+        read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q).replace("`include \"cpri_defines.vh\"", "")));
     const QVector<QPair<QStringList, QString>> rows = {
-        {{"generate"_q, Example, "--workdir"_q, file}, "CPRI: cannot create directory "_q + file + "/cpri_0/temp"_q},
+        {{"generate"_q, Example, "--workdir"_q, file},
+         "CPRI: cannot create directory "_q + file + "/cpri_0/temp"_q},
         {{"template"_q, Example, "--out"_q, work + "/t.v"_q}, "cannot write "_q + work + "/t.v"_q},
         {{"generate"_q, Example, "--workdir"_q, work, "--plugin"_q, package + "/libcpri.so"_q},
-         package + "/data/cpri_top.v does not include top_define.vh and cpri_defines.vh once each"_q},
-        {{"info"_q, "--plugin"_q, work + "/libcpri.so"_q}, "cannot load plug-in "_q + work + "/libcpri.so"_q},
-        {{"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, work, "--out"_q, file + "/r.json"_q}, "cannot write "_q + file + "/r.json"_q},
-        {{"info"_q, "--plugin"_q, dir.filePath("bare/libcpri.so"_q)}, "the package in "_q + dir.filePath("bare"_q) + " offers no protocol (is its descriptor readable?)"_q},
+         package
+             + "/data/cpri_top.v does not include top_define.vh and cpri_defines.vh once each"_q},
+        {{"info"_q, "--plugin"_q, work + "/libcpri.so"_q},
+         "cannot load plug-in "_q + work + "/libcpri.so"_q},
+        {{"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, work, "--out"_q,
+          file + "/r.json"_q},
+         "cannot write "_q + file + "/r.json"_q},
+        {{"info"_q, "--plugin"_q, dir.filePath("bare/libcpri.so"_q)},
+         "the package in "_q + dir.filePath("bare"_q)
+             + " offers no protocol (is its descriptor readable?)"_q},
     };
     for (const auto &row : rows) {
         const Result r = runHost(row.first);
-        QVERIFY2(r.exitCode == 1 && r.err.startsWith("cpri-host: ") && r.err.contains(row.second.toUtf8()) && r.err.count('\n') == 1,
+        QVERIFY2(r.exitCode == 1 && r.err.startsWith("cpri-host: ")
+                     && r.err.contains(row.second.toUtf8()) && r.err.count('\n') == 1,
                  r.err.constData());
         QVERIFY(r.out.isEmpty() && !QFileInfo::exists(work));
     }
@@ -368,7 +435,8 @@ void TestCli::failuresNameTheirCause()
 // The check cpri-host applies to the setting lines the plug-in made: one bad line each.
 void TestCli::settingLinesAsTheGeneratorJudgesThem()
 {
-    const QStringList good{"q0_ln1_pll_sel qpll0"_q, "q0_ln1_tx_rate 9.83040"_q, "q0_refclk0_freq 122.88"_q};
+    const QStringList good{"q0_ln1_pll_sel qpll0"_q, "q0_ln1_tx_rate 9.83040"_q,
+                           "q0_refclk0_freq 122.88"_q};
     const QVector<QPair<QString, QString>> bad = {
         {"q0_ln1_rx_eq_mode "_q, "Malformed setting line \"q0_ln1_rx_eq_mode \""_q},
         {"q0_ln2_enable true\nq0_x 1"_q, "Malformed setting line \"q0_ln2_enable true\nq0_x 1\""_q},
@@ -378,34 +446,43 @@ void TestCli::settingLinesAsTheGeneratorJudgesThem()
         {"mclk_freq 0"_q, "No reference clock frequency is set"_q},
     };
     QVERIFY(IPSERDESIP::generator::checkSettings(good).isEmpty());
-    QCOMPARE(IPSERDESIP::generator::checkSettings(good.mid(1)), QStringList{"No lane selects a PLL"_q});
+    QCOMPARE(IPSERDESIP::generator::checkSettings(good.mid(1)),
+             QStringList{"No lane selects a PLL"_q});
     for (const auto &row : bad)
-        QCOMPARE(IPSERDESIP::generator::checkSettings(good + QStringList{row.first}), QStringList{row.second});
+        QCOMPARE(IPSERDESIP::generator::checkSettings(good + QStringList{row.first}),
+                 QStringList{row.second});
     // The register file: the lines, then the dividers found (VCO = 122.88 MHz * 80 / 1 = 9.8304 GHz).
     QTemporaryDir dir;
     IPSERDESIP::generator generator;
     QVERIFY(generator.generate(good, dir.filePath("a.csr"_q), {"q0_enable true"_q}));
-    QCOMPARE(QString::fromUtf8(read(dir.filePath("a.csr"_q))).split("\n"_q), good + QStringList({"q0_enable true"_q,
-             "q0_ln1_pll_m 1"_q, "q0_ln1_pll_n 80"_q, "q0_ln1_pll_d 1"_q, "q0_ln1_vco_ghz 9.830400"_q, ""_q}));
+    QCOMPARE(QString::fromUtf8(read(dir.filePath("a.csr"_q))).split("\n"_q),
+             good
+                 + QStringList({"q0_enable true"_q, "q0_ln1_pll_m 1"_q, "q0_ln1_pll_n 80"_q,
+                                "q0_ln1_pll_d 1"_q, "q0_ln1_vco_ghz 9.830400"_q, ""_q}));
     QVERIFY(!generator.generate(good, dir.filePath("no/a.csr"_q), {}));
-    QVERIFY(generator.getErrStringList().value(0).startsWith("Cannot write "_q + dir.filePath("no/a.csr"_q) + ": "_q));
+    QVERIFY(generator.getErrStringList().value(0).startsWith(
+        "Cannot write "_q + dir.filePath("no/a.csr"_q) + ": "_q));
 }
 
 void TestCli::dialogEditAndAcceptKeepsTheRecord()
 {
     QTemporaryDir dir;
     const QString out = dir.filePath("accepted.json"_q);
-    const Result r = runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--out"_q, out, "--workdir"_q, dir.path()});
+    const Result r = runHost(
+        {"dialog"_q, "--edit"_q, Example, "--accept"_q, "--out"_q, out, "--workdir"_q, dir.path()});
     const QJsonObject original = QJsonDocument::fromJson(read(Example)).object();
     QVERIFY2(r.exitCode == 0 && r.json().object() == original, r.err.constData());
     QCOMPARE(QJsonDocument::fromJson(read(out)).object(), original);
     // A new core whose folder is there already: the dialog asks, is answered Yes, and then
     // refuses a core without a rate; the folder it did not make stays.
-    const Result created = runHost({"dialog"_q, "--device"_q, "DVA-1-C2I1"_q, "--accept"_q, "--workdir"_q, dir.path()});
-    QCOMPARE(QString::fromUtf8(created.err), "cpri-host: Question: The folder \"%1/cpri_0\" already exists. Its files may be "
+    const Result created = runHost(
+        {"dialog"_q, "--device"_q, "DVA-1-C2I1"_q, "--accept"_q, "--workdir"_q, dir.path()});
+    QCOMPARE(QString::fromUtf8(created.err),
+             "cpri-host: Question: The folder \"%1/cpri_0\" already exists. Its files may be "
              "overwritten.\nDo you want to use it anyway?\ncpri-host: Error: Please Enable Speed\n"
              "cpri-host: the dialog refused its settings\n"_q.arg(dir.path()));
-    QVERIFY(created.exitCode == 1 && QFileInfo(dir.filePath("cpri_0/temp/cpri/cpri.csr"_q)).isFile());
+    QVERIFY(created.exitCode == 1
+            && QFileInfo(dir.filePath("cpri_0/temp/cpri/cpri.csr"_q)).isFile());
 }
 
 void TestCli::dialogSaysWhyItRefused()
@@ -413,37 +490,57 @@ void TestCli::dialogSaysWhyItRefused()
     QTemporaryDir dir;
     const QString inTheWay = dir.filePath("file"_q);
     QVERIFY(write(inTheWay, "not a folder"));
-    const Result folder = runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, inTheWay});
-    QVERIFY2(folder.exitCode == 1 && folder.err.endsWith(": the dialog refused its settings: CPRI: cannot create directory "
-                                 + inTheWay.toUtf8() + "/cpri_0/temp/cpri\n"), folder.err.constData());
+    const Result folder =
+        runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, inTheWay});
+    QVERIFY2(folder.exitCode == 1
+                 && folder.err.endsWith(
+                     ": the dialog refused its settings: CPRI: cannot create directory "
+                     + inTheWay.toUtf8() + "/cpri_0/temp/cpri\n"),
+             folder.err.constData());
     // The calculation refuses a reference clock that cannot make the rate: the folders it made go.
-    const QString slow = writeRecord(dir.filePath("slow.json"_q), R"({"Reference_CLK_Frequency": "100"})");
-    const Result rate = runHost({"dialog"_q, "--edit"_q, slow, "--accept"_q, "--workdir"_q, dir.filePath("new/work"_q)});
-    QVERIFY2(rate.err.startsWith("cpri-host: Failure: QPLL0 cannot generate 9.8304 Gbps from a 100 MHz reference clock\n")
-                 && rate.err.endsWith("\ncpri-host: the dialog refused its settings\n"), rate.err.constData());
+    const QString slow =
+        writeRecord(dir.filePath("slow.json"_q), R"({"Reference_CLK_Frequency": "100"})");
+    const Result rate = runHost(
+        {"dialog"_q, "--edit"_q, slow, "--accept"_q, "--workdir"_q, dir.filePath("new/work"_q)});
+    QVERIFY2(
+        rate.err.startsWith(
+            "cpri-host: Failure: QPLL0 cannot generate 9.8304 Gbps from a 100 MHz reference clock\n")
+            && rate.err.endsWith("\ncpri-host: the dialog refused its settings\n"),
+        rate.err.constData());
     QVERIFY(rate.exitCode == 1 && !QFileInfo::exists(dir.filePath("new"_q)));
     const QString old = writeRecord(dir.filePath("old.json"_q), R"({"version": "0.9"})");
-    const Result version = runHost({"dialog"_q, "--edit"_q, old, "--accept"_q, "--workdir"_q, dir.filePath("new"_q)});
-    QCOMPARE(QString::fromUtf8(version.err), "cpri-host: Error: This version of specified IP Config file is incompatible with current "
-                                             "IP Core Generator.\ncpri-host: no record: the dialog was cancelled or refused\n"_q);
+    const Result version =
+        runHost({"dialog"_q, "--edit"_q, old, "--accept"_q, "--workdir"_q, dir.filePath("new"_q)});
+    QCOMPARE(
+        QString::fromUtf8(version.err),
+        "cpri-host: Error: This version of specified IP Config file is incompatible with current "
+        "IP Core Generator.\ncpri-host: no record: the dialog was cancelled or refused\n"_q);
     QProcess nowhere; // no display to show the dialog on
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
         environment.remove(QString::fromUtf8(name));
     nowhere.setProcessEnvironment(environment);
     nowhere.start(CPRI_HOST_PATH ""_q, {"dialog"_q, "--edit"_q, Example});
-    QVERIFY(nowhere.waitForFinished(-1) && nowhere.exitCode() == 2 && nowhere.readAllStandardError()
-            == "cpri-host: the dialog needs a display (set DISPLAY, or use --accept or --screenshot)\n");
-    const QString longName = writeRecord(dir.filePath("long.json"_q), "{\"file\": \"" + QByteArray(256, 'x') + "\"}");
-    const Result name = runHost({"dialog"_q, "--edit"_q, longName, "--accept"_q, "--workdir"_q, dir.path()});
-    QVERIFY2(name.exitCode == 1 && name.err.startsWith("cpri-host: Error: The file name is 256 bytes long; a folder name holds at most 255.\n"),
-             name.err.constData());
+    QVERIFY(
+        nowhere.waitForFinished(-1) && nowhere.exitCode() == 2
+        && nowhere.readAllStandardError()
+               == "cpri-host: the dialog needs a display (set DISPLAY, or use --accept or --screenshot)\n");
+    const QString longName =
+        writeRecord(dir.filePath("long.json"_q), "{\"file\": \"" + QByteArray(256, 'x') + "\"}");
+    const Result name =
+        runHost({"dialog"_q, "--edit"_q, longName, "--accept"_q, "--workdir"_q, dir.path()});
+    QVERIFY2(
+        name.exitCode == 1
+            && name.err.startsWith(
+                "cpri-host: Error: The file name is 256 bytes long; a folder name holds at most 255.\n"),
+        name.err.constData());
 }
 
 void TestCli::dialogScreenshots()
 {
     QTemporaryDir dir;
-    const Result r = runHost({"dialog"_q, "--device"_q, "DVB-1-C2I1"_q, "--screenshot"_q, dir.path()});
+    const Result r =
+        runHost({"dialog"_q, "--device"_q, "DVB-1-C2I1"_q, "--screenshot"_q, dir.path()});
     const QStringList shots = r.json().object().value("screenshots"_q).toVariant().toStringList();
     QVERIFY(r.exitCode == 0 && shots.size() == 5);
     // The whole dialog, as large as it asks to be, and each tab a picture of its own.
@@ -463,25 +560,45 @@ void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
 {
     QTemporaryDir work;
     const QString temp = work.filePath("core/temp"_q), dir = temp + "/cpri"_q;
-    const QStringList frequencies = "122.88 153.6 245.76 98.304 76.8 196.608 102.4"_q.split(QLatin1Char(' ')); // all make 9.8304 Gbps
+    const QStringList frequencies = "122.88 153.6 245.76 98.304 76.8 196.608 102.4"_q.split(
+        QLatin1Char(' ')); // all make 9.8304 Gbps
     const auto start = [&](QProcess &run, int round) {
-        run.start(CPRI_HOST_PATH ""_q, {"generate"_q, writeRecord(work.filePath("r%1"_q.arg(round)), QStringLiteral(
-            R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "Reference_CLK_Frequency": "%2"})")
-            .arg(round).arg(frequencies.at(round % 7)).toUtf8()), "--workdir"_q, work.path()});
+        run.start(
+            CPRI_HOST_PATH ""_q,
+            {"generate"_q,
+             writeRecord(
+                 work.filePath("r%1"_q.arg(round)),
+                 QStringLiteral(
+                     R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "Reference_CLK_Frequency": "%2"})")
+                     .arg(round)
+                     .arg(frequencies.at(round % 7))
+                     .toUtf8()),
+             "--workdir"_q, work.path()});
         return &run;
     };
     const auto heldRound = [&] { // the round whose complete set the folder holds, or -1
-        const int round = QString::fromUtf8(read(dir + "/top_define.vh"_q)).section("module_name m"_q, 1).toInt();
-        const QByteArray period = "CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n';
-        const QByteArray frequency = "q0_refclk0_freq " + frequencies.value(round % 7).toUtf8() + '\n';
+        const int round =
+            QString::fromUtf8(read(dir + "/top_define.vh"_q)).section("module_name m"_q, 1).toInt();
+        const QByteArray period =
+            "CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n';
+        const QByteArray frequency =
+            "q0_refclk0_freq " + frequencies.value(round % 7).toUtf8() + '\n';
         const QString top = "/m%1.v"_q.arg(round);
-        return entries(dir) == QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q, top.mid(1), "top_define.vh"_q})
-            && read(dir + "/cpri_defines.vh"_q).contains(period) && read(dir + top).contains(period)
-            && read(dir + "/cpri.ini"_q).contains(frequency) && read(dir + "/cpri.csr"_q).contains(frequency) ? round : -1;
+        return entries(dir)
+                           == QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q,
+                                           top.mid(1), "top_define.vh"_q})
+                       && read(dir + "/cpri_defines.vh"_q).contains(period)
+                       && read(dir + top).contains(period)
+                       && read(dir + "/cpri.ini"_q).contains(frequency)
+                       && read(dir + "/cpri.csr"_q).contains(frequency)
+                   ? round
+                   : -1;
     };
     QProcess first;
     QVERIFY(start(first, 1)->waitForFinished(-1) && heldRound() == 1);
-    int held = 1, counts[4] = {}; // killed before the commit, after it, not killed, races won by the later run
+    int held = 1,
+        counts[4] =
+            {}; // killed before the commit, after it, not killed, races won by the later run
     for (int round = 2; round <= 41; round += 2) {
         QProcess run, a, b;
         QEventLoop loop;
@@ -491,23 +608,28 @@ void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
             if (++changes == round / 2 % 4 + 1 && run.state() == QProcess::Running)
                 ::kill(pid_t(run.processId()), SIGKILL);
         });
-        connect(start(run, round), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &loop, &QEventLoop::quit);
+        connect(start(run, round), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
+                &loop, &QEventLoop::quit);
         loop.exec();
         const int now = heldRound();
         const bool killed = run.exitStatus() == QProcess::CrashExit;
-        QVERIFY2((now == round && (killed || run.exitCode() == 0)) || (killed && now == held), qPrintable("round %1 left %2"_q.arg(round).arg(now)));
+        QVERIFY2((now == round && (killed || run.exitCode() == 0)) || (killed && now == held),
+                 qPrintable("round %1 left %2"_q.arg(round).arg(now)));
         ++counts[!killed ? 2 : now == held ? 0 : 1];
         // Two runs at once on the same core: both finish, and one set wins whole.
         start(a, round + 1);
         start(b, round + 41);
-        QVERIFY(a.waitForFinished(-1) && b.waitForFinished(-1) && a.exitCode() == 0 && b.exitCode() == 0);
+        QVERIFY(a.waitForFinished(-1) && b.waitForFinished(-1) && a.exitCode() == 0
+                && b.exitCode() == 0);
         held = heldRound();
-        QVERIFY2(held == round + 1 || held == round + 41, qPrintable("race of %1 left %2"_q.arg(round + 1).arg(held)));
+        QVERIFY2(held == round + 1 || held == round + 41,
+                 qPrintable("race of %1 left %2"_q.arg(round + 1).arg(held)));
         counts[3] += held == round + 41;
         QCOMPARE(entries(temp), QStringList{"cpri"_q});
     }
-    qInfo("killed before the commit %d, after it %d, not killed %d; races won by the later run %d of 20",
-          counts[0], counts[1], counts[2], counts[3]);
+    qInfo(
+        "killed before the commit %d, after it %d, not killed %d; races won by the later run %d of 20",
+        counts[0], counts[1], counts[2], counts[3]);
 }
 
 QTEST_GUILESS_MAIN(TestCli)

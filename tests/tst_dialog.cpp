@@ -9,6 +9,7 @@ namespace {
 
 // What a user or the collect step depends on once the dialog is prepared
 // for a DVA-1 device: the look (see look()) of each named widget.
+// clang-format off
 const QString InitialLook =
     "tabWidget CPRI Core Configuration|PHY Configuration|AFE Configuration|"
     "Optional Ports Configuration;createPathLabel ~/cpri_0;fileNameEdit cpri_0;"
@@ -42,8 +43,10 @@ const QString InitialLook =
     "checkBoxPPCP PRBS Pattern Checker Ports;checkBoxEqualizationPorts Equalization Ports;"
     "checkBoxBIASPorts BIAS Ports;biasFlag 0;freeLanes Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3 (4);"
     "figure clocks frame mii control status;rates -+++++++++;classes +++++";
+// clang-format on
 
 // A record holding only its version loads these defaults.
+// clang-format off
 const Case Initial[] = {
     Case("new core").sees(InitialLook),
     Case("version only").saved("version=1.0").sees(
@@ -51,11 +54,13 @@ const Case Initial[] = {
             .replace(";HDLCRate 2;", ";HDLCRate 0;")
             .replace(";lineRate 0Gbps-;", ";lineRate 4.9152-;")),
 };
+// clang-format on
 
 const char *const Dvb = "DVB-4-C1", *const Dvc = "DVC-1-C2I1";
 
 // Lanes from the registry, the device's reference clocks, the PLLs, the
 // source's frequency and the quad's bias.
+// clang-format off
 const Case Devices[] = {
     Case("DVB lanes, clocks and bias").on(Dvb).given("data:Q0_BIAS:3").sees(
         "ChannelSel Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q1 Lane0|Q1 Lane1|Q1 Lane2|Q1 Lane3@"
@@ -65,24 +70,31 @@ const Case Devices[] = {
         "ChannelSel @;PLL_Selection CPLL@CPLL;refClkFreq 100-;biasSpinBox 0..15=7;biasFlag 0;"
         "freeLanes  (0);refClkSource Q0 REFCLK0|Q0 REFCLK1|Q1 REFCLK0|Q1 REFCLK1@Q0 REFCLK0"),
 };
+// clang-format on
 
 // Any version but "1.0" is refused with a box, and no widget changes.
 Case refused(const char *name, const QString &version)
 {
-    return Case(name).saved(version + ";GMII=true").sees("opened no;GMII GMII").boxes(
-        "Error: This version of specified IP Config file is incompatible with current IP Core "
-        "Generator.");
+    return Case(name)
+        .saved(version + ";GMII=true")
+        .sees("opened no;GMII GMII")
+        .boxes(
+            "Error: This version of specified IP Config file is incompatible with current IP Core "
+            "Generator.");
 }
+// clang-format off
 const Case Versions[] = {
     refused("empty", "version="), refused("1.00", "version=1.00"), refused("1", "version=1"),
     refused("2.0", "version=2.0"), refused("trailing blank", "version=1.0 "),
     refused("missing", ""),
     Case("1.0").saved("version=1.0;GMII=true").sees("opened yes;GMII GMII*"),
 };
+// clang-format on
 
 // Loading sets checked states without clicks: the slots on toggles and on
 // index and text changes run, the speed rules and rate reading do not; the
 // bias decision is taken after the lane change that resets it.
+// clang-format off
 const Case Loading[] = {
     Case("boxes, lists and fields").given("data:Q0_BIAS:12")
         .saved("version=1.0;3.072G_and_Under=true;10.1376Gbps=true;GMII=true;Real_Time_Vendor=true;"
@@ -100,10 +112,12 @@ const Case Loading[] = {
     Case("disabled rate checked").saved("version=1.0;0.6144Gbps=true")
         .sees("rates #+++++++++;lineRate 4.9152-"),
 };
+// clang-format on
 
 // Class and rate boxes form exclusive groups. A class change that
 // withdraws the checked rate moves the check to 1.2288 Gbps without a
 // click, so the line rate waits for the next click.
+// clang-format off
 const Case SpeedRules[] = {
     Case("nothing chosen").sees("rates -+++++++++;classes +++++;lineRate 0Gbps-"),
     Case("rate sets line rate").does("speedEnable1216512")
@@ -132,11 +146,13 @@ const Case SpeedRules[] = {
     Case("disabled rate ignores clicks").on("DVC-2-I2").does("speedEnable1216512")
         .sees("rates -+++++++--;lineRate 0Gbps-"),
 };
+// clang-format on
 
 // Real Time Vendor needs 10.1376 or 12.16512 Gbps; the 64B/66B group
 // needs 8.11008 Gbps or more on a listed device and stays on any other.
 const QString Rtv = "RealTimeVendor Real Time Vendor ",
               Enc = ";groupBoxEncodingAndDecoding Encoding and Decoding";
+// clang-format off
 const Case RateOptions[] = {
     Case("12G both").does("speedEnable1216512").sees(Rtv + Enc),
     Case("10G both").does("speedEnable101376").sees(Rtv + Enc),
@@ -147,16 +163,19 @@ const Case RateOptions[] = {
     Case("unlisted device 3G").on(Dvc).does("speedEnable3072").sees(Rtv + '-' + Enc),
     Case("unlisted device 12G").on(Dvc).does("speedEnable1216512").sees(Rtv + Enc),
 };
+// clang-format on
 
 // What a field keeps of what the user types once the user leaves it.
 Case keeps(const QString &field, const QString &typed, const QString &kept)
 {
-    return Case(field + " '" + typed + "' -> " + kept).does(field + '=' + typed)
+    return Case(field + " '" + typed + "' -> " + kept)
+        .does(field + '=' + typed)
         .sees(field + ' ' + kept);
 }
 // Hexadecimal fields are read as shown, with their blanks as "0".
 const QString Period = "ConfigClkPeriod", Freq = "refClkFreq", Seed = "ScramblerSeed",
               Pointer = "EthernetPointer", Hdlc = "HDLCRate";
+// clang-format off
 const Case FieldRules[] = {
     keeps(Period, "0", "50"), keeps(Period, "151", "50"), keeps(Period, "150", "150"),
     keeps(Period, "1", "1"), keeps(Period, "", "50"), keeps(Period, "1500", "150"),
@@ -168,11 +187,13 @@ const Case FieldRules[] = {
     keeps(Pointer, "40", "14"), keeps(Pointer, "3", "30"), keeps(Hdlc, "7", "7"),
     keeps(Hdlc, "8", "2"), keeps(Hdlc, "0", "0"),
 };
+// clang-format on
 
 // C0 is 40 less both taps and must stay above 20; "Auto" modes fix the
 // taps at 0 and the equalizer at ATT 7, BOOST 9, and lock the fields
 // with their range labels.
 const QString Afe = "IPCPRI__afe_config/";
+// clang-format off
 const Case Taps[] = {
     Case("C0 of 21").does("ffeModeCombox=Manual;cmSpinBox=9;c1SpinBox=10")
         .sees("c0Lael 21;cmSpinBox 0..19=9;c1SpinBox 0..19=10"),
@@ -191,11 +212,13 @@ const Case Taps[] = {
         .sees("attSpinBox 0..10=7-;boostSpinBox 0..15=9-;" + Afe + "label_14 (0~10)-;" + Afe
               + "label_15 (0~15)-"),
 };
+// clang-format on
 
 // The quad's bias: the registry's value, else the one accepted in this
 // dialog for the quad, else 7; a new lane needs a new decision.
 const QString Q00 = Msg::bias("Q0 Lane1, Q0 Lane2, Q0 Lane3", 11) + '|' + Msg::Succeed,
               Q10 = Msg::bias("Q1 Lane1, Q1 Lane2, Q1 Lane3", 5) + '|' + Msg::Succeed;
+// clang-format off
 const Case BiasDefaults[] = {
     Case("same quad keeps accepted").on(Dvc).given("data:Q1_BIAS:12")
         .does("speedEnable98304;biasSpinBox=11;Calculate;ChannelSel=Q0 Lane1")
@@ -211,6 +234,7 @@ const Case BiasDefaults[] = {
         .sees("biasSpinBox 0..15=5").boxes(Q10),
     Case("undecided is 7").does("biasSpinBox=5;ChannelSel=Q0 Lane1").sees("biasSpinBox 0..15=7"),
 };
+// clang-format on
 
 // The symbol's port groups (see PortGroups); the hidden port boxes are
 // set only by loading a record.
@@ -220,6 +244,7 @@ Case loads(const char *name, const QString &keys, const QString &groups)
 {
     return Case(name).saved(Load + keys).sees(Base + groups);
 }
+// clang-format off
 const Case Figure[] = {
     Case("base").sees(Base),
     Case("3G 16 bits").does("speedSel3072")
@@ -255,10 +280,12 @@ const Case Figure[] = {
           "PRBS_Pattern_Checker_Ports=true",
           " loopback swing ffe eq bias ppg ppc drpclk drp"),
 };
+// clang-format on
 
 // Free QPLLs of the lane's quad, then those other cores set up (here for
 // 9.8304 Gbps) that produce the line rate, each once, and "CPLL" last.
 const QString Q0Both = "pll:Q0_QPLL0:9.8304;pll:Q0_QPLL1:9.8304";
+// clang-format off
 const Case Plls[] = {
     Case("all free").on(Dvc).does("speedEnable98304").sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
     Case("taken at another rate").on(Dvc).given("pll:Q0_QPLL1:9.8304").does("speedEnable6144")
@@ -274,10 +301,12 @@ const Case Plls[] = {
     Case("Q1 QPLL0 shared").on(Dvc).given("pll:Q1_QPLL0:9.8304")
         .does("speedEnable98304;ChannelSel=Q1 Lane3").sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
 };
+// clang-format on
 
 // The reference frequency follows the source: editable "122.880" while no
 // other core fixed one, else the fixed one, locked. Refreshing the lanes
 // by name appends them to the list and empties the PLL list.
+// clang-format off
 const Case Clocking[] = {
     Case("fixed frequency locked").given("ref:Q0 REFCLK1:245.76:1")
         .does("refClkSource=Q0 REFCLK1;refClkFreq=300").sees("refClkFreq 245.76-"),
@@ -285,6 +314,7 @@ const Case Clocking[] = {
         .sees("ChannelSel Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3@"
               "Q0 Lane0;PLL_Selection @;freeLanes Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3 (4)"),
 };
+// clang-format on
 
 } // namespace
 
@@ -302,8 +332,8 @@ private slots:
             const QMetaMethod m = meta.method(i);
             seen << QString("%1 %2 %3 %4")
                         .arg(m.methodType() == QMetaMethod::Slot ? "slot" : "other",
-                             m.access() == QMetaMethod::Public ? "public" : "private",
-                             m.typeName(), m.methodSignature());
+                             m.access() == QMetaMethod::Public ? "public" : "private", m.typeName(),
+                             m.methodSignature());
         }
         QCOMPARE(meta.className(), "IPCPRI::cpridlg");
         QCOMPARE(seen.join(';').replace("slot private void ", "").replace("slot private ", ""),

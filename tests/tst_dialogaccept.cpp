@@ -23,14 +23,16 @@ Case refused(const char *name, const QString &steps)
 // applied, and the registry then holds the bias applied ("Q0_BIAS=#7"), if any.
 Case accepted(const char *name, const QString &steps, const QString &shared = QString())
 {
-    return Case(name).does(steps + "okButton").sees(
-        QString("accepted yes;record:ifChangedAllOfBias %1;shared %2")
-            .arg(shared.isEmpty() ? "false" : "true", shared));
+    return Case(name)
+        .does(steps + "okButton")
+        .sees(QString("accepted yes;record:ifChangedAllOfBias %1;shared %2")
+                  .arg(shared.isEmpty() ? "false" : "true", shared));
 }
 
 // OK checks, in this order: file name, existing folder, module name, free
 // lane, a rate, a class, C0, then calculates; an accepted dialog records
 // the bias decision and publishes an accepted bias for its quad.
+// clang-format off
 const Case Ok[] = {
     refused("file name first", "fileNameEdit=;moduleNameEdit=;").given("full")
         .boxes("Error: The file name*"),
@@ -68,10 +70,12 @@ const Case Ok[] = {
     accepted("registry's bias published", Rate98304 + "ChannelSel=Q1 Lane3;", "Q1_BIAS=#12")
         .on(Dvc).given("data:Q1_BIAS:12").boxes(Msg::bias("Q1 Lane0, Q1 Lane1, Q1 Lane2", 12)),
 };
+// clang-format on
 
 // Calculate: the bias question once per lane, then the reference clock
 // (in use at another frequency, or out of the lane's reach), then the
 // generator; the bias lines handed to it, and the route's clock freed.
+// clang-format off
 const Case Calculate[] = {
     Case("bias asked once per lane")
         .does(Rate98304 + "Calculate;Calculate;ChannelSel=Q0 Lane1;Calculate;Calculate")
@@ -124,6 +128,7 @@ const Case Calculate[] = {
     Case("working folder a file").given("nodir").does("speedEnable98304;Calculate")
         .sees("route FormStringToREFSPtr(q0_refclk0)"),
 };
+// clang-format on
 
 } // namespace
 
@@ -169,9 +174,9 @@ private slots:
         QCOMPARE(show(s.record), expected);
         QCOMPARE(s.see("accepted") + ";" + s.see("shared"), "accepted yes;shared Q0_BIAS=#11");
         Record saved = s.record;
-        for (const char *key : {"PRBS_Pattern_Generator_Ports", "Differential_Swing_Ports",
-                                "FFE_Ports", "PRBS_Pattern_Checker_Ports", "Equalization_Ports",
-                                "BIAS_Ports"})
+        for (const char *key :
+             {"PRBS_Pattern_Generator_Ports", "Differential_Swing_Ports", "FFE_Ports",
+              "PRBS_Pattern_Checker_Ports", "Equalization_Ports", "BIAS_Ports"})
             saved.insert(key, true);
         saved.insert(parse("Initial_HDLC_Byte=A;Initial_HDLC_Mask=BEEF"));
         cpri protocol(CPRI_PACKAGE_DIR);

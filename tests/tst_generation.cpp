@@ -32,8 +32,9 @@ QStringList generated(const ConfigMap &r)
 {
     namespace Gen = IPCPRI::Generate;
     QStringList all = Gen::topDefines(r) + Gen::coreDefines(r) + Gen::synthesisOptions(r);
-    Serdes::appendLaneSettings(all, u("q0_ln1"), u("q0"), Serdes::laneInputFromRecord(
-                                   r, r.value(Config::Key::TargetDevice).toString()));
+    Serdes::appendLaneSettings(
+        all, u("q0_ln1"), u("q0"),
+        Serdes::laneInputFromRecord(r, r.value(Config::Key::TargetDevice).toString()));
     return all + Gen::referenceClockLines(r) + Gen::quadBiasLines(r);
 }
 
@@ -76,7 +77,8 @@ const QStringList AwayDefines = lines(
     "~LINE_RATE_12GBPS_AND_UNDER|~LINE_RATE_MASK 12'b011101111111|~LINE_RATE_INIT 10|"
     "~CFG_CLK_PERIOD 6.67|~ETH_GMII|~PROTOCOL_VER 8'h2|~SCRAMBLER_SEED 31'h7FFFFFFF|"
     "~HDLC_RATE 8'h7|~ETH_POINTER 6'h3F|~FIXED_CFG_FOR_TIMING|~HDLC_USER_BYTE 4'hf|"
-    "~HDLC_USER_MASK 16'hFFFF|~REAL_TIME_VENDOR_UP10G|~MASTER_ENABLE 1|~CPLL_SEL", "`define ");
+    "~HDLC_USER_MASK 16'hFFFF|~REAL_TIME_VENDOR_UP10G|~MASTER_ENABLE 1|~CPLL_SEL",
+    "`define ");
 const QStringList AwayOptions = lines(
     "~protocol_module_type cpri|~Q1Lane3 true|~SpeedSelection 3.072GandUnder|"
     "~SpeedSelection 6.144GandUnder|~SpeedSelection 9.8304GandUnder|"
@@ -84,14 +86,16 @@ const QStringList AwayOptions = lines(
     "~RealTimeVendor true|~LoopbackPort true|~DifferentialSwingPorts true|~FFEPorts true|"
     "~EqualizationPorts true|~BiasPorts true|~PRBSPatternGeneratorPorts true|"
     "~PRBSPatternCheckerPorts true|~OptionalPortsConfiguration true|~EnableDRP true|"
-    "~DRPPorts true", "-my_cpri");
+    "~DRPPorts true",
+    "-my_cpri");
 const QStringList AwaySettings = lines(
     "caller line|~pll_sel cpll|~loopback_mode lb_fes|~enable true|q1_enable true|~tx_encode off|"
     "~rx_decode off|~word_align disable|~pma_tx_width_mode 16|~pma_rx_width_mode 16|"
     "~tx_gearbox 4|~rx_gearbox 4|~word_align_pattern k28.5|~word_align_pattern_mask 1111111111|"
     "~tx_rate 12.16512|~rx_rate 12.16512|~tx_differential_swing 228mV|~tx_ffe_mode manual|"
     "~tx_ffe_cm 4|~tx_ffe_c1 3|~tx_ffe_c0 33|~rx_sd_thsel 25mV|~rx_eq_mode manual|~rx_att 2|"
-    "~rx_boost 15|mclk_freq 156.25|q1_global_reset_en true|q1_rx_eq_bias 12", "q1_ln3_");
+    "~rx_boost 15|mclk_freq 156.25|q1_global_reset_en true|q1_rx_eq_bias 12",
+    "q1_ln3_");
 
 } // namespace
 
@@ -131,15 +135,17 @@ private slots:
     // each later one the lines that its changes to the base add.
     void recordChanges()
     {
-        const QStringList rows = fileLines(u(CPRI_SOURCE_DIR "/tests/changes.txt")).join(u("\n"))
-                                     .replace(u("=>\n|"), u("=> ")).replace(u("\n|"), u("|"))
+        const QStringList rows = fileLines(u(CPRI_SOURCE_DIR "/tests/changes.txt"))
+                                     .join(u("\n"))
+                                     .replace(u("=>\n|"), u("=> "))
+                                     .replace(u("\n|"), u("|"))
                                      .split(u("\n"));
         const ConfigMap base = with(ConfigMap(), rows.first().section(u(" =>"), 0, 0));
         QStringList before;
         for (const QString &row : rows) {
             QStringList added;
-            for (const QString &line : generated(with(before.isEmpty() ? ConfigMap() : base,
-                                                      row.section(u(" =>"), 0, 0))))
+            for (const QString &line : generated(
+                     with(before.isEmpty() ? ConfigMap() : base, row.section(u(" =>"), 0, 0))))
                 if (!before.contains(line))
                     added << line;
             QVERIFY2(added == lines(row.section(u("=> "), 1)),
@@ -210,7 +216,8 @@ private slots:
         QVERIFY2(QFileInfo(u(IVERILOG_PATH)).isExecutable()
                      && QFileInfo(u(VVP_PATH)).isExecutable(),
                  "Icarus Verilog (iverilog and vvp) is needed: install it and configure again");
-        const QList<QPair<ConfigMap, QString>> rows = { // any period for a zero clock
+        const QList<QPair<ConfigMap, QString>> rows = {
+            // any period for a zero clock
             {away(), u("7 16 6 011101111111 10 7fffffff 02 07 3f 6.67")},
             {with(initial(), "file=ip1; module=my_cpri; Config_Clk_Period=0"),
              u("0 64 6 000000000000 -1 00000000 01 02 14 ")},
@@ -223,7 +230,8 @@ private slots:
             bench.close();
             const QStringList files = {core + u("cpri_top.v"), core + u("cpri_core_encryption.v")};
             QCOMPARE(run(IVERILOG_PATH, QStringList{u("-I"), out(), u("-o"), out("sim")} + files
-                                            + QStringList{bench.fileName()}), QString());
+                                            + QStringList{bench.fileName()}),
+                     QString());
             const QString shown = run(VVP_PATH, {out("sim")});
             QCOMPARE(shown.left(row.second.size()), row.second);
             QVERIFY2(!shown.contains(u("left ")), qPrintable(shown));
@@ -235,7 +243,6 @@ private slots:
                 QVERIFY2(Gen::defineNames().contains(line.section(u(" "), 1, 1)), qPrintable(line));
         }
     }
-
 };
 
 QTEST_MAIN(TestGeneration)

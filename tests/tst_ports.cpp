@@ -8,8 +8,16 @@
 
 namespace {
 
-QByteArray read(const QString &path) { QFile f(path); return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray(); }
-bool write(const QString &path, const QByteArray &bytes) { QFile f(path); return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size(); }
+QByteArray read(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+bool write(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
 
 // Runs a tool; its exit code and everything it printed.
 QPair<int, QString> run(const QString &program, const QStringList &arguments)
@@ -18,18 +26,22 @@ QPair<int, QString> run(const QString &program, const QStringList &arguments)
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
     const bool ran = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
-    return {ran ? process.exitCode() : -1, process.readAll() + (ran ? QByteArray() : process.errorString().toUtf8())};
+    return {ran ? process.exitCode() : -1,
+            process.readAll() + (ran ? QByteArray() : process.errorString().toUtf8())};
 }
 
 // The module's ports in declaration order, from the JSON text Yosys writes.
 QStringList yosysPorts(const QString &json, const QString &module)
 {
     const QString ports = json.section("\"" + module + "\": {", 1).section("\"cells\":", 0, 0);
-    static const QRegularExpression port("\"(\\w+)\": \\{\\s*\"direction\": \"(\\w+)\",\\s*\"bits\": \\[([^\\]]*)\\]");
+    static const QRegularExpression port(
+        "\"(\\w+)\": \\{\\s*\"direction\": \"(\\w+)\",\\s*\"bits\": \\[([^\\]]*)\\]");
     QStringList found;
     for (auto m = port.globalMatch(ports); m.hasNext();) {
         const QRegularExpressionMatch p = m.next();
-        found << QString("%1 %2 %3").arg(p.captured(2), p.captured(1)).arg(p.captured(3).count(',') + 1);
+        found << QString("%1 %2 %3")
+                     .arg(p.captured(2), p.captured(1))
+                     .arg(p.captured(3).count(',') + 1);
     }
     return found;
 }
@@ -42,6 +54,7 @@ class TestPorts : public QObject
 
 private slots:
     // Changes to the example record (9.8304G class, MII, Q0 Lane1) -> the number of ports.
+    // clang-format off
     void toolsReadThePortList_data()
     {
         QTest::addColumn<QString>("changes");
@@ -62,38 +75,58 @@ private slots:
             "DRP_Ports": true, "FFE_Ports": true, "Equalization_Ports": true, "BIAS_Ports": true, "module": "cpri_x",
             "Differential_Swing_Ports": true, "PRBS_Pattern_Generator_Ports": true, "PRBS_Pattern_Checker_Ports": true, "file": "module")" << 122;
     }
+    // clang-format on
     void toolsReadThePortList()
     {
         QFETCH(QString, changes);
         QFETCH(int, count);
         for (const char *tool : {IVERILOG_PATH, VERILATOR_PATH, YOSYS_PATH})
-            QVERIFY2(QFileInfo(tool).isExecutable(), "iverilog, verilator and yosys are needed: install them");
+            QVERIFY2(QFileInfo(tool).isExecutable(),
+                     "iverilog, verilator and yosys are needed: install them");
         QTemporaryDir work;
-        QJsonObject record = QJsonDocument::fromJson(read(CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json")).object();
-        for (auto [key, value] : QJsonDocument::fromJson("{" + changes.toUtf8() + "}").object().toVariantMap().toStdMap())
+        QJsonObject record =
+            QJsonDocument::fromJson(read(CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json"))
+                .object();
+        for (auto [key, value] : QJsonDocument::fromJson("{" + changes.toUtf8() + "}")
+                                     .object()
+                                     .toVariantMap()
+                                     .toStdMap())
             record.insert(key, QJsonValue::fromVariant(value));
         const QString path = work.filePath("record.json"), instance = work.filePath("instance.v");
         QVERIFY(write(path, QJsonDocument(record).toJson()));
         QCOMPARE(run(CPRI_HOST_PATH, {"generate", path, "--workdir", work.path()}).first, 0);
         QStringList expected; // "direction name width" lines
-        for (const QJsonValue &p : QJsonDocument::fromJson(run(CPRI_HOST_PATH, {"ports", path}).second.toUtf8()).array())
-            expected << QString("%1 %2 %3").arg(p["direction"].toString(), p["name"].toString()).arg(p["width"].toInt());
+        for (const QJsonValue &p :
+             QJsonDocument::fromJson(run(CPRI_HOST_PATH, {"ports", path}).second.toUtf8()).array())
+            expected << QString("%1 %2 %3")
+                            .arg(p["direction"].toString(), p["name"].toString())
+                            .arg(p["width"].toInt());
         QCOMPARE(expected.size(), count);
-        QCOMPARE(run(CPRI_HOST_PATH, {"template", path, "--out", instance}), qMakePair(0, QString()));
+        QCOMPARE(run(CPRI_HOST_PATH, {"template", path, "--out", instance}),
+                 qMakePair(0, QString()));
         QCOMPARE(run(CPRI_HOST_PATH, {"template", path}).second.toUtf8(), read(instance));
         QCOMPARE(run(CPRI_HOST_PATH, {"ports", instance}).first, 2);
 
-        const QString module = record["module"].toString(), dir = work.path() + "/" + record["file"].toString() + "/temp/cpri";
-        const QStringList sources = {CPRI_PACKAGE_DIR "/data/cpri_top.v", CPRI_PACKAGE_DIR "/data/cpri_core_encryption.v"};
+        const QString module = record["module"].toString(),
+                      dir = work.path() + "/" + record["file"].toString() + "/temp/cpri";
+        const QStringList sources = {CPRI_PACKAGE_DIR "/data/cpri_top.v",
+                                     CPRI_PACKAGE_DIR "/data/cpri_core_encryption.v"};
         const auto lint = QStringList{"--lint-only", "-Wall", "-I" + dir, "--top-module", module};
         QCOMPARE(run(VERILATOR_PATH, lint + sources), qMakePair(0, QString()));
         // The template pasted into a module: every port bound, at its width.
-        QVERIFY(write(work.filePath("wrapper.v"), "`timescale 1ns / 1ps\nmodule wrapper;\n`include \"instance.v\"\nendmodule\n"));
-        const auto icarus = QStringList{"-Wall", "-g2005", "-I", dir, "-I", work.path(), "-s", "wrapper", "-o", work.filePath("sim")};
-        QCOMPARE(run(IVERILOG_PATH, icarus + sources + QStringList{work.filePath("wrapper.v")}), qMakePair(0, QString()));
+        QVERIFY(
+            write(work.filePath("wrapper.v"),
+                  "`timescale 1ns / 1ps\nmodule wrapper;\n`include \"instance.v\"\nendmodule\n"));
+        const auto icarus =
+            QStringList{"-Wall",     "-g2005", "-I",      dir,  "-I",
+                        work.path(), "-s",     "wrapper", "-o", work.filePath("sim")};
+        QCOMPARE(run(IVERILOG_PATH, icarus + sources + QStringList{work.filePath("wrapper.v")}),
+                 qMakePair(0, QString()));
         const QString json = work.filePath("top.json");
-        QCOMPARE(run(YOSYS_PATH, {"-q", "-p", QString("read_verilog -I%1 %2; hierarchy -top %3; write_json %4")
-                                                  .arg(dir, sources.join(' '), module, json)}), qMakePair(0, QString()));
+        QCOMPARE(run(YOSYS_PATH, {"-q", "-p",
+                                  QString("read_verilog -I%1 %2; hierarchy -top %3; write_json %4")
+                                      .arg(dir, sources.join(' '), module, json)}),
+                 qMakePair(0, QString()));
         QCOMPARE(yosysPorts(read(json), module), expected);
     }
 
@@ -108,30 +141,46 @@ private slots:
         for (const QString &name : QDir(example).entryList({"*.json"}))
             QVERIFY(QFile::copy(example + name, work.filePath(name)));
         QCOMPARE(run(CPRI_HOST_PATH, {"project", work.filePath("project.json")}).first, 0);
-        const QStringList sources = QString::fromUtf8(read(out + "/cores.f")).split('\n', Qt::SkipEmptyParts);
+        const QStringList sources =
+            QString::fromUtf8(read(out + "/cores.f")).split('\n', Qt::SkipEmptyParts);
         QCOMPARE(sources.size(), 5);
         QStringList backwards(sources.crbegin(), sources.crend());
         QVERIFY(write(out + "/backwards.f", (backwards.join('\n') + '\n').toUtf8()));
-        QVERIFY(write(out + "/board.v", "`timescale 1ns / 1ps\nmodule board;\n/* verilator lint_off UNUSED */\n"
-                                        "/* verilator lint_off UNDRIVEN */\n`include \"cores_template.v\"\nendmodule\n"));
+        QVERIFY(
+            write(out + "/board.v",
+                  "`timescale 1ns / 1ps\nmodule board;\n/* verilator lint_off UNUSED */\n"
+                  "/* verilator lint_off UNDRIVEN */\n`include \"cores_template.v\"\nendmodule\n"));
         for (const char *list : {"/cores.f", "/backwards.f"})
-            QCOMPARE(run(IVERILOG_PATH, {"-Wall", "-g2005", "-I", out, "-f", out + list, "-s", "board", "-o", out + "/sim", out + "/board.v"}),
+            QCOMPARE(run(IVERILOG_PATH, {"-Wall", "-g2005", "-I", out, "-f", out + list, "-s",
+                                         "board", "-o", out + "/sim", out + "/board.v"}),
                      qMakePair(0, QString()));
-        QCOMPARE(run(VERILATOR_PATH, {"--lint-only", "-Wall", "-I" + out, "-f", out + "/cores.f", out + "/board.v", "--top-module", "board"}),
+        QCOMPARE(run(VERILATOR_PATH, {"--lint-only", "-Wall", "-I" + out, "-f", out + "/cores.f",
+                                      out + "/board.v", "--top-module", "board"}),
                  qMakePair(0, QString()));
         const QString json = out + "/board.json";
-        QCOMPARE(run(YOSYS_PATH, {"-q", "-p", QString("read_verilog -I%2 %1 %2/board.v; hierarchy -check -top board; write_json %3")
-                                                  .arg(sources.join(' '), out, json)}), qMakePair(0, QString()));
+        QCOMPARE(
+            run(YOSYS_PATH,
+                {"-q", "-p",
+                 QString(
+                     "read_verilog -I%2 %1 %2/board.v; hierarchy -check -top board; write_json %3")
+                     .arg(sources.join(' '), out, json)}),
+            qMakePair(0, QString()));
         for (const char *core : {"cpri_a", "cpri_b", "cpri_c", "cpri_d"}) {
             QStringList expected;
-            for (const QJsonValue &p : QJsonDocument::fromJson(run(CPRI_HOST_PATH, {"ports", example + core + ".json"}).second.toUtf8()).array())
-                expected << QString("%1 %2 %3").arg(p["direction"].toString(), p["name"].toString()).arg(p["width"].toInt());
+            for (const QJsonValue &p :
+                 QJsonDocument::fromJson(
+                     run(CPRI_HOST_PATH, {"ports", example + core + ".json"}).second.toUtf8())
+                     .array())
+                expected << QString("%1 %2 %3")
+                                .arg(p["direction"].toString(), p["name"].toString())
+                                .arg(p["width"].toInt());
             QCOMPARE(yosysPorts(read(json), core + QString("_top")), expected);
         }
     }
 
     // What the user clicks (and a saved record holds) -> an accepted record whose
     // port list is the symbol the dialog shows, of so many ports.
+    // clang-format off
     void dialogShowsTheRecordsPorts_data()
     {
         QTest::addColumn<QString>("steps");
@@ -147,6 +196,7 @@ private slots:
         QTest::newRow("9G saved boxes") << "speedSel98304;speedEnable98304" << hidden << 106;
         QTest::newRow("10G saved boxes GMII") << "speedSel101376;speedEnable101376;GMII;checkBoxLoopBackPorts" << hidden << 108;
     }
+    // clang-format on
     void dialogShowsTheRecordsPorts()
     {
         QFETCH(QString, steps);

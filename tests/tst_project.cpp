@@ -53,15 +53,17 @@ void writeJson(const QString &path, const QJsonObject &object)
 // The example project in a scratch folder, its record files where they are
 // (or copied beside it, for a run that writes them), with one more core and
 // changes of its own; its path.
-QString writeProject(const QTemporaryDir &dir, const QJsonValue &extra, const QJsonObject &changes = {},
-                     bool copyRecords = false)
+QString writeProject(const QTemporaryDir &dir, const QJsonValue &extra,
+                     const QJsonObject &changes = {}, bool copyRecords = false)
 {
     QJsonObject project = readJson(Example + "project.json");
     QJsonArray cores = project.value("cores").toArray();
     for (QJsonValueRef core : cores) {
         QJsonObject entry = core.isObject() ? core.toObject() : QJsonObject{{"record", core}};
         const QString record = entry.value("record").toString();
-        entry["record"] = copyRecords && QFile::copy(Example + record, dir.filePath(record)) ? record : Example + record;
+        entry["record"] = copyRecords && QFile::copy(Example + record, dir.filePath(record))
+                              ? record
+                              : Example + record;
         core = entry;
     }
     if (!extra.isNull())
@@ -116,17 +118,22 @@ private slots:
         QCOMPARE(run.report.value("refused").toInt(), 0);
         const QJsonArray cores = run.report.value("cores").toArray();
         QCOMPARE(cores.size(), 4);
-        QStringList tops{QFileInfo(CPRI_PACKAGE_DIR "/data/cpri_core_encryption.v").absoluteFilePath()};
+        QStringList tops{
+            QFileInfo(CPRI_PACKAGE_DIR "/data/cpri_core_encryption.v").absoluteFilePath()};
         for (const char *core : {"cpri_a", "cpri_b", "cpri_c", "cpri_d"})
             tops << dir.filePath(QString(core) + "/temp/cpri/" + core + "_top.v");
-        QCOMPARE(lines(run.report.value("sources").toString()), tops); // the engine once, then each core
-        QCOMPARE(run.report.value("workdir").toString() + '|' + run.report.value("templates").toString(),
+        QCOMPARE(lines(run.report.value("sources").toString()),
+                 tops); // the engine once, then each core
+        QCOMPARE(run.report.value("workdir").toString() + '|'
+                     + run.report.value("templates").toString(),
                  dir.path() + '|' + dir.filePath("cores_template.v"));
         const QJsonObject d = cores.at(3).toObject();
-        QCOMPARE(QStringList({d["core"].toString(), d["source"].toString(), d["instance"].toString(), d["lane"].toString(),
-                              d["pll"].toString(), d["refClock"].toString(), d["files"][3].toString()}),
-                 QStringList({"core 4", Example + "cpri_d.json", "cpri_d:cpri_d_top", "Q1_LANE0", "Q1_QPLL1", "Q1_REFCLK0",
-                              dir.filePath("cpri_d/temp/cpri/cpri_d_top.v")}));
+        QCOMPARE(
+            QStringList({d["core"].toString(), d["source"].toString(), d["instance"].toString(),
+                         d["lane"].toString(), d["pll"].toString(), d["refClock"].toString(),
+                         d["files"][3].toString()}),
+            QStringList({"core 4", Example + "cpri_d.json", "cpri_d:cpri_d_top", "Q1_LANE0",
+                         "Q1_QPLL1", "Q1_REFCLK0", dir.filePath("cpri_d/temp/cpri/cpri_d_top.v")}));
         const QStringList templates = lines(dir.filePath("cores_template.v"));
         QCOMPARE(templates.first(), "// core 1 (" + Example + "cpri_a.json)");
         QCOMPARE(templates.filter(QRegularExpression("^\\w+ \\w+ \\($")).join('|'),
@@ -139,21 +146,32 @@ private slots:
         for (const QString &path : {QString(qgetenv("PATH")), QString("/nonexistent")}) {
             QTemporaryDir dir;
             const QString out = dir.filePath("out");
-            const Run run = runHost({"project", writeProject(dir, QJsonValue()), "--synthesize", "--workdir", out}, path);
+            const Run run = runHost(
+                {"project", writeProject(dir, QJsonValue()), "--synthesize", "--workdir", out},
+                path);
             const bool yosys = path != "/nonexistent";
             QCOMPARE(run.code, yosys ? 0 : 1);
             for (const QJsonValue &core : run.report.value("cores").toArray()) {
-                const QString message = core["synthesisMessage"].toString() + core["refused"]["message"].toString();
-                QVERIFY2(message.startsWith(yosys ? "Synthesis of cpri (" + core["instance"].toString().section(':', 1) + ") for DVC-1-C2I1 with Yosys:\n"
-                                                  : "Synthesis of cpri failed: Yosys is not on the PATH"), qPrintable(message));
+                const QString message =
+                    core["synthesisMessage"].toString() + core["refused"]["message"].toString();
+                QVERIFY2(message.startsWith(
+                             yosys ? "Synthesis of cpri ("
+                                         + core["instance"].toString().section(':', 1)
+                                         + ") for DVC-1-C2I1 with Yosys:\n"
+                                   : "Synthesis of cpri failed: Yosys is not on the PATH"),
+                         qPrintable(message));
             }
             QCOMPARE(run.errors.size(), yosys ? 0 : 4);
-            QVERIFY(yosys || run.errors.first().startsWith("cpri-host: core 1 (" + Example + "cpri_a.json) not generated: Synthesis"));
-            QCOMPARE(QDir(out).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), yosys ? 6 : 0); // and the design files
+            QVERIFY(yosys
+                    || run.errors.first().startsWith("cpri-host: core 1 (" + Example
+                                                     + "cpri_a.json) not generated: Synthesis"));
+            QCOMPARE(QDir(out).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(),
+                     yosys ? 6 : 0); // and the design files
             QCOMPARE(QFileInfo::exists(out), yosys);
         }
     }
 
+    // clang-format off
     void fifthCoreConflicts_data()
     {
         QTest::addColumn<QJsonValue>("core");
@@ -174,6 +192,7 @@ private slots:
         // Its wire cpri_a_mii_ + tx_arst_i is core 1's cpri_a_ + mii_tx_arst_i.
         QTest::newRow("template name") << QJsonValue(fifth({{"file", "cpri_a_mii"}})) << "name|cpri_a_mii_tx_arst_i|core 1";
     }
+    // clang-format on
 
     void fifthCoreConflicts()
     {
@@ -183,13 +202,17 @@ private slots:
         const Run run = runProject(dir, core);
         QCOMPARE(run.code, 1);
         QCOMPARE(run.report.value("refused").toInt(), 1);
-        const QJsonObject refused = run.report.value("cores").toArray().at(4).toObject().value("refused").toObject();
-        QCOMPARE(QStringList({refused.value("kind").toString(), refused.value("resource").toString(),
-                              refused.value("heldBy").toString()}).join('|'),
-                 refusal);
+        const QJsonObject refused =
+            run.report.value("cores").toArray().at(4).toObject().value("refused").toObject();
+        QCOMPARE(
+            QStringList({refused.value("kind").toString(), refused.value("resource").toString(),
+                         refused.value("heldBy").toString()})
+                .join('|'),
+            refusal);
         const QString earlier = refused.value("heldBy").toString();
-        QCOMPARE(run.errors, QStringList("cpri-host: core 5 (" + dir.filePath("project.json") + ") refused: "
-                                         + refused.value("message").toString() + " (" + earlier + ")"));
+        QCOMPARE(run.errors,
+                 QStringList("cpri-host: core 5 (" + dir.filePath("project.json") + ") refused: "
+                             + refused.value("message").toString() + " (" + earlier + ")"));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot),
                  QStringList({"cpri_a", "cpri_b", "cpri_c", "cpri_d"}));
         QFile top(dir.filePath("cpri_a/temp/cpri/top_define.vh"));
@@ -202,15 +225,24 @@ private slots:
     void claimWithoutABias()
     {
         QTemporaryDir dir;
-        const Run run = runProject(dir, QJsonValue(), {{"cores", QJsonArray{Example + "cpri_d.json"}}});
+        const Run run =
+            runProject(dir, QJsonValue(), {{"cores", QJsonArray{Example + "cpri_d.json"}}});
         const QJsonObject refused = run.report["cores"][0]["refused"].toObject();
         QCOMPARE(run.code, 1);
-        QCOMPARE(refused, QJsonObject({{"kind", "bias"}, {"resource", "Q1_BIAS"}, {"heldBy", "the project's shared values"},
-                                       {"message", "Q1_BIAS is not set: give the core's quadBias or the project's shared Q1_BIAS"}}));
-        QCOMPARE(run.errors, QStringList("cpri-host: core 1 (" + Example + "cpri_d.json) refused: " + refused["message"].toString()));
+        QCOMPARE(
+            refused,
+            QJsonObject(
+                {{"kind", "bias"},
+                 {"resource", "Q1_BIAS"},
+                 {"heldBy", "the project's shared values"},
+                 {"message",
+                  "Q1_BIAS is not set: give the core's quadBias or the project's shared Q1_BIAS"}}));
+        QCOMPARE(run.errors, QStringList("cpri-host: core 1 (" + Example + "cpri_d.json) refused: "
+                                         + refused["message"].toString()));
     }
 
     // A project that cannot be read writes nothing: exit 2 and one line.
+    // clang-format off
     void badProjectWritesNothing_data()
     {
         QTest::addColumn<QJsonValue>("core");
@@ -231,6 +263,7 @@ private slots:
         row("no cores", QJsonValue(), {{"cores", QJsonArray()}}, "\"cores\" must list the project's cores");
         row("core of no kind", 7, {}, "core 5 must be a record or the path of one");
     }
+    // clang-format on
 
     void badProjectWritesNothing()
     {
@@ -242,7 +275,8 @@ private slots:
         QCOMPARE(run.code, 2);
         QCOMPARE(run.errors.size(), 1);
         QVERIFY2(run.errors.first().contains(message), qPrintable(run.errors.first()));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("project.json"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList("project.json"));
     }
 
     // The project is the dialog's memory: a core opens with the project's
@@ -256,8 +290,10 @@ private slots:
         QJsonObject b = runHost({"dialog", "--edit", Example + "cpri_b.json", "--accept"}).report;
         b["ifChangedAllOfBias"] = true;
         writeJson(dir.filePath("b.json"), b);
-        const QJsonObject c = runHost({"dialog", "--edit", Example + "cpri_c.json", "--accept"}).report;
-        const QString project = writeProject(dir, QJsonValue(), {{"shared", QJsonObject{{"Q0_BIAS", 7}}}}, true);
+        const QJsonObject c =
+            runHost({"dialog", "--edit", Example + "cpri_c.json", "--accept"}).report;
+        const QString project =
+            writeProject(dir, QJsonValue(), {{"shared", QJsonObject{{"Q0_BIAS", 7}}}}, true);
         QJsonObject file = readJson(project);
         QJsonArray cores = file["cores"].toArray();
         cores[0] = QJsonObject{{"record", cores[0].toObject()["record"]}, {"quadBias", 12}};
@@ -266,11 +302,15 @@ private slots:
         file["cores"] = cores;
         writeJson(project, file);
         for (int core : {1, 2, 3, 4}) { // the last in a working directory of its own
-            const QStringList elsewhere = core == 4 ? QStringList{"--workdir", dir.filePath("elsewhere")} : QStringList();
-            const Run run = runHost(QStringList{"dialog", "--project", project, "--core", QString::number(core), "--accept"} + elsewhere);
+            const QStringList elsewhere =
+                core == 4 ? QStringList{"--workdir", dir.filePath("elsewhere")} : QStringList();
+            const Run run = runHost(QStringList{"dialog", "--project", project, "--core",
+                                                QString::number(core), "--accept"}
+                                    + elsewhere);
             QVERIFY2(run.code == 0 && run.errors.isEmpty(), qPrintable(run.errors.join('\n')));
         }
-        QVERIFY(QFileInfo(dir.filePath("elsewhere/cpri_d/temp/cpri/cpri.csr")).isFile()); // its Calculate's
+        QVERIFY(QFileInfo(dir.filePath("elsewhere/cpri_d/temp/cpri/cpri.csr"))
+                    .isFile()); // its Calculate's
         file = readJson(project);
         cores = file["cores"].toArray();
         QCOMPARE(file["shared"].toObject(), QJsonObject({{"Q0_BIAS", 7}}));
@@ -280,8 +320,10 @@ private slots:
         QCOMPARE(cores.at(3)["quadBias"].toInt(), 11);
         QCOMPARE(readJson(dir.filePath("b.json")), b);
         QCOMPARE(runHost({"project", project}).code, 0);
-        for (const char *core : {"cpri_a:q0_rx_eq_bias 7", "cpri_b:q0_rx_eq_bias 7", "cpri_d:q1_rx_eq_bias 11"}) {
-            const QStringList ini = lines(dir.filePath(QString(core).section(':', 0, 0) + "/temp/cpri/cpri.ini"));
+        for (const char *core :
+             {"cpri_a:q0_rx_eq_bias 7", "cpri_b:q0_rx_eq_bias 7", "cpri_d:q1_rx_eq_bias 11"}) {
+            const QStringList ini =
+                lines(dir.filePath(QString(core).section(':', 0, 0) + "/temp/cpri/cpri.ini"));
             QCOMPARE(ini.filter("_rx_eq_bias"), QStringList(QString(core).section(':', 1)));
         }
     }

@@ -74,9 +74,13 @@ private slots:
     {
         const QByteArray ok = "ipcore.id = i\nipcore.name = n\nipcore.version = 2\n";
         const QList<QPair<QByteArray, const char *>> rows = {
-            {QByteArray(), "none"}, {"ipcore.id=x\nnot a line\n", "none"}, {"ipcore.id=x", "none"},
-            {ok + "ipcore.category += a\nipcore.category += b\nipcore.doc.summary = s\n"
-                  "ipcore.dir.data = /else\nipcore.device.supported += P\n", "i|n|2|a,b|s|true"},
+            {QByteArray(), "none"},
+            {"ipcore.id=x\nnot a line\n", "none"},
+            {"ipcore.id=x", "none"},
+            {ok
+                 + "ipcore.category += a\nipcore.category += b\nipcore.doc.summary = s\n"
+                   "ipcore.dir.data = /else\nipcore.device.supported += P\n",
+             "i|n|2|a,b|s|true"},
             {ok, "i|n|2|||true"},
             {ok + "ipcore.device.supported+=P\nipcore.device.unsupported+=P\n", "i|n|2|||false"},
         };
@@ -86,11 +90,17 @@ private slots:
             const auto protocols = package(loader, dir.path(), row.first)->protocols();
             QString answers = u("none");
             for (IPSERDESIP::BaseProtocol *p : protocols) {
-                answers = QStringList({p->id(), p->name(), p->version(), p->category().join(u(",")),
-                                       p->summary(), QVariant(p->isDeviceSupported(DEV::DeviceArg(
-                                           u("id"), u("P"), u("C")))).toString()}).join(u("|"));
-                QCOMPARE(static_cast<IPCPRI::cpri *>(p)->descriptor().value(
-                             IPCPRI::Descriptor::DataDir).toString(), dir.path() + u("/data"));
+                answers =
+                    QStringList(
+                        {p->id(), p->name(), p->version(), p->category().join(u(",")), p->summary(),
+                         QVariant(p->isDeviceSupported(DEV::DeviceArg(u("id"), u("P"), u("C"))))
+                             .toString()})
+                        .join(u("|"));
+                QCOMPARE(static_cast<IPCPRI::cpri *>(p)
+                             ->descriptor()
+                             .value(IPCPRI::Descriptor::DataDir)
+                             .toString(),
+                         dir.path() + u("/data"));
             }
             QCOMPARE(answers, u(row.second));
             qDeleteAll(protocols);
@@ -113,8 +123,7 @@ private slots:
         QString message; // generation leaves a record in the protocol object
         QVERIFY(protocol.loadDescriptor()
                 && protocol.generate(away(), settings, ignored, options, message, false));
-        const DEV::DeviceArg device =
-            Core::IdeCore::deviceDataBase()->findDevice(u("DVA-1-C2I1"));
+        const DEV::DeviceArg device = Core::IdeCore::deviceDataBase()->findDevice(u("DVA-1-C2I1"));
         registry->setDevice(device);
         const QStringList clicks = lines("speedSel98304 speedEnable98304|speedSel3072 Calculate|"
                                          "speedSel98304 speedEnable98304|"

@@ -20,8 +20,13 @@ using Finding = RecordCheck::Finding;
 const QStringList Devices = split("DVA-1-C2I1 DVA-2-I2 DVB-1-C2I1 DVB-4-C1 DVC-1-C2I1", ' ');
 
 // What other cores of the project hold before the core is opened.
-const QStringList Projects = {"", "", "pll:Q0_QPLL0:10.1376", "ref:Q0 REFCLK0:156.25:1",
-                              "data:Q0_BIAS:12", "lane:Q0 Lane0", "pll:Q0_QPLL1:9.8304"};
+const QStringList Projects = {"",
+                              "",
+                              "pll:Q0_QPLL0:10.1376",
+                              "ref:Q0 REFCLK0:156.25:1",
+                              "data:Q0_BIAS:12",
+                              "lane:Q0 Lane0",
+                              "pll:Q0_QPLL1:9.8304"};
 
 // A registry that holds the device and what the project's set-up names.
 void prepare(const DEV::DeviceArg &device, const QString &setup, const QString &workDir)
@@ -89,7 +94,8 @@ QString randomSteps(QRandomGenerator &random)
         "LoopbackMode=LB_NES|comboBox64B_66B_Mode=Fabric|differeSwingComboBox=228mV|"
         "ffeModeCombox=Manual;cmSpinBox=4;c1SpinBox=3|sdThresholdComboBox=25mV|"
         "equalizationModeCombox=Manual;attSpinBox=2;boostSpinBox=15|ScramblerSeed=1F2E3D4C|"
-        "EthernetPointer=3F|HDLCRate=7|ConfigClkPeriod=125|biasSpinBox=11", '|');
+        "EthernetPointer=3F|HDLCRate=7|ConfigClkPeriod=125|biasSpinBox=11",
+        '|');
     for (int i = int(random.bounded(6)); i > 0; --i)
         steps << pick(random, choices);
     return steps.join(';');
@@ -118,9 +124,11 @@ Record changeOne(QRandomGenerator &random, Record r)
         else if (r.value(key).type() == QVariant::Int)
             r.insert(key, r.value(key).toInt() + int(random.bounded(25)) - 12);
         else
-            r.insert(key, pick(random, split("Q1 Lane0|Manual|Fabric|LB_FES|CPLL|QPLL1|MCLK|"
-                                              "Q0 REFCLK1|6.14400Gbps|000000100000|30|100|600|"
-                                              "228mV|25mV|1f|7FFFFFFF|x1y2z|ABCDEFGHIJ|cpri_x|com.x|", '|')));
+            r.insert(key,
+                     pick(random, split("Q1 Lane0|Manual|Fabric|LB_FES|CPLL|QPLL1|MCLK|"
+                                        "Q0 REFCLK1|6.14400Gbps|000000100000|30|100|600|"
+                                        "228mV|25mV|1f|7FFFFFFF|x1y2z|ABCDEFGHIJ|cpri_x|com.x|",
+                                        '|')));
     }
     return r;
 }
@@ -132,7 +140,8 @@ QString difference(const Record &a, const Record &b)
     keys.removeDuplicates();
     for (const QString &key : keys) {
         if (a.value(key) != b.value(key) || a.contains(key) != b.contains(key))
-            lines << key + ": " + a.value(key, "(none)").toString() + " -> " + b.value(key, "(none)").toString();
+            lines << key + ": " + a.value(key, "(none)").toString() + " -> "
+                         + b.value(key, "(none)").toString();
     }
     return lines.join(", ");
 }
@@ -156,14 +165,17 @@ private slots:
     // not when typed, is refused as well).
     void changedRecordsAsTheDialogTakesThem()
     {
-        QRandomGenerator random(qEnvironmentVariableIntValue("SEED") ? quint32(qEnvironmentVariableIntValue("SEED")) : 20261123u);
+        QRandomGenerator random(qEnvironmentVariableIntValue("SEED")
+                                    ? quint32(qEnvironmentVariableIntValue("SEED"))
+                                    : 20261123u);
         const CpriHost::RecordRules rules(protocol, protocol.descriptor());
         int checked = 0, passed = 0;
         while (checked < 300) {
             const auto device = Core::IdeCore::deviceDataBase()->findDevice(pick(random, Devices));
             const QString setup = pick(random, Projects);
             prepare(device, setup, work.path());
-            const Outcome written = runDialog(protocol.descriptor(), device, nullptr, randomSteps(random));
+            const Outcome written =
+                runDialog(protocol.descriptor(), device, nullptr, randomSteps(random));
             if (written.record.isEmpty())
                 continue;
             for (int i = 0; i < 10; ++i, ++checked) {
@@ -175,10 +187,11 @@ private slots:
                 const Finding finding = check.check(edited);
                 prepare(device, setup, work.path());
                 const Outcome real = runDialog(protocol.descriptor(), device, &edited);
-                const QString context = "changed " + difference(written.record, edited) + " on " + device.id()
-                                        + " with " + setup + " | dialog " + difference(edited, real.record)
-                                        + " / " + real.boxes.join(" / ") + " | check " + difference(edited, model)
-                                        + " / " + refusal;
+                const QString context = "changed " + difference(written.record, edited) + " on "
+                                        + device.id() + " with " + setup + " | dialog "
+                                        + difference(edited, real.record) + " / "
+                                        + real.boxes.join(" / ") + " | check "
+                                        + difference(edited, model) + " / " + refusal;
                 QVERIFY2(model == real.record, qPrintable(context));
                 const bool same = !real.record.isEmpty() && real.record == edited;
                 QVERIFY2(finding.isNone() ? same : (!same || finding.kind == Finding::Kept),

@@ -47,7 +47,8 @@ private slots:
                                   IPCPRI::Generate::coreDefines(record).first()}),
                      lines(u("Q%1_LANE%2|q%1_ln%2|Q%1|q%1|Q%1_CPLL%2|Q%1_LANE%2_RX|Q%1_LANE%2_TX|"
                              "Q%1_QPLL0|Q%1_QPLL1|Q%1_CPLL%2|-|-|`define LANE_NUM %3")
-                               .arg(q, l).arg(number)));
+                               .arg(q, l)
+                               .arg(number)));
         }
         for (const char *name : {"", "q0 lane0", "Q0Lane0", "Q2 Lane0", "Q0_LANE0"})
             QVERIFY2(!Serdes::laneByDisplayName(u(name)), name);
@@ -64,24 +65,27 @@ private slots:
     // Rate rows whose box is enabled and checked -> mask, highest rate index, line rate.
     void speedState()
     {
-        for (const QString &row : lines(
-                 "-> 000000000000 -1 0.00000Gbps|0 -> 000000000001 0 0.61440Gbps|"
-                 "8 -> 000100000000 8 8.11008Gbps|10 -> 010000000000 10 12.16512Gbps|"
-                 "6 8 -> 000101000000 6 9.83040Gbps|"
-                 "0 1 2 3 4 5 6 7 8 9 10 11 -> 011101111111 10 12.16512Gbps")) {
+        for (const QString &row :
+             lines("-> 000000000000 -1 0.00000Gbps|0 -> 000000000001 0 0.61440Gbps|"
+                   "8 -> 000100000000 8 8.11008Gbps|10 -> 010000000000 10 12.16512Gbps|"
+                   "6 8 -> 000101000000 6 9.83040Gbps|"
+                   "0 1 2 3 4 5 6 7 8 9 10 11 -> 011101111111 10 12.16512Gbps")) {
             const QString on = row.section(u("->"), 0, 0);
             QVector<bool> boxes(12);
             for (const QString &index : on.split(u(" "), Qt::SkipEmptyParts))
                 boxes[index.toInt()] = true;
             const Config::SpeedState state = Config::speedState(boxes);
             QCOMPARE(QStringList({on + u("->"), state.mask, QString::number(state.highestIndex),
-                                  Config::lineRateText(state.highest)}).join(u(" ")), row);
+                                  Config::lineRateText(state.highest)})
+                         .join(u(" ")),
+                     row);
             QCOMPARE(state.rates.size(), 11);
         }
         QStringList classes; // those that withdraw rates before moving a check to 1.2288 Gbps
         for (const Config::SpeedClass &c : Config::speedClasses())
-            classes << c.key + (c.disableBeforeMove && !c.moveCheckFrom.isEmpty() ? u(" first")
-                                                                                   : u(""));
+            classes << c.key
+                           + (c.disableBeforeMove && !c.moveCheckFrom.isEmpty() ? u(" first")
+                                                                                : u(""));
         QCOMPARE(classes, lines("3.072G_and_Under|6.144G_and_Under|9.8304G_and_Under first|"
                                 "10.1376G_and_Under first|12.16512G_and_Under"));
     }

@@ -10,9 +10,13 @@
 
 namespace IPCPRI {
 
-class core_config : public Ui::core_config {};
-class phy_config : public Ui::phy_config {};
-class afe_config : public Ui::afe_config {};
-class opt_config : public Ui::opt_config {};
+class core_config : public Ui::core_config
+{};
+class phy_config : public Ui::phy_config
+{};
+class afe_config : public Ui::afe_config
+{};
+class opt_config : public Ui::opt_config
+{};
 
 } // namespace IPCPRI

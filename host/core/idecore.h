@@ -2,7 +2,9 @@
 
 #include "../hostglobal.h"
 
-namespace DEV { class DeviceDb; }
+namespace DEV {
+class DeviceDb;
+}
 
 namespace Core {
 

@@ -31,8 +31,9 @@ const QStringList gradesB = {QStringLiteral("C2/I1"), QStringLiteral("C1")};
 // transceivers, the larger ones two.
 const PartRow partRows[] = {
     {"DVA-1", 1, gradesAandC}, {"DVA-2", 2, gradesAandC},
-    {"DVB-1", 1, gradesB},     {"DVB-2", 1, gradesB},     {"DVB-3", 2, gradesB},
-    {"DVB-4", 2, gradesB},     {"DVB-5", 2, gradesB},     {"DVB-6", 2, gradesB},
+    {"DVB-1", 1, gradesB},     {"DVB-2", 1, gradesB},
+    {"DVB-3", 2, gradesB},     {"DVB-4", 2, gradesB},
+    {"DVB-5", 2, gradesB},     {"DVB-6", 2, gradesB},
     {"DVC-1", 2, gradesAandC}, {"DVC-2", 1, {QStringLiteral("I2")}},
 };
 

@@ -72,17 +72,17 @@ bool mirror(const QString &from, const QString &to)
 {
     if (!QDir().mkdir(to))
         return false;
-    const QFileInfoList entries = QDir(from).entryInfoList(
-        QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+    const QFileInfoList entries = QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot
+                                                           | QDir::Hidden | QDir::System);
     for (const QFileInfo &entry : entries) {
         const QString target = to + QLatin1Char('/') + entry.fileName();
         if (entry.fileName().contains(Internal::PartialTag))
             continue;
-        const bool copied = entry.isDir() && !entry.isSymLink()
-                                ? mirror(entry.filePath(), target)
-                                : ::link(encoded(entry.filePath()).constData(),
-                                         encoded(target).constData()) == 0
-                                      || QFile::copy(entry.filePath(), target);
+        const bool copied =
+            entry.isDir() && !entry.isSymLink()
+                ? mirror(entry.filePath(), target)
+                : ::link(encoded(entry.filePath()).constData(), encoded(target).constData()) == 0
+                      || QFile::copy(entry.filePath(), target);
         if (!copied)
             return false;
     }
@@ -139,7 +139,8 @@ bool OutputSet::Private::takeLock(const QString &coreName)
         if (createdTop.isEmpty())
             createdTop = firstMissing(parent);
         if (!QDir().mkpath(parent))
-            return Internal::fail(QStringLiteral("%1: cannot create directory %2").arg(coreName, parent));
+            return Internal::fail(
+                QStringLiteral("%1: cannot create directory %2").arg(coreName, parent));
         // Still the file of that name once locked: no run removed it meanwhile.
         struct stat held, named;
         if (lock.open(QIODevice::ReadWrite) && ::flock(lock.handle(), LOCK_EX) == 0
@@ -179,8 +180,8 @@ bool OutputSet::Private::name(const QString &dir, const QString &coreName)
     tidy();
     staging = beside(ownTag(StagingTag));
     if (!mirror(folder, staging))
-        return Internal::fail(QStringLiteral("%1: cannot prepare %2: %3")
-                                  .arg(coreName, staging, systemError()));
+        return Internal::fail(
+            QStringLiteral("%1: cannot prepare %2: %3").arg(coreName, staging, systemError()));
     return true;
 }
 
@@ -315,11 +316,12 @@ QString stagedFolder(const QString &folder)
     return folder;
 }
 
-bool replaceFolder(const QString &staging, const QString &target, const QString &old,
-                   bool exchange)
+bool replaceFolder(const QString &staging, const QString &target, const QString &old, bool exchange)
 {
-    if (exchange && ::renameat2(AT_FDCWD, encoded(staging).constData(), AT_FDCWD,
-                                encoded(target).constData(), RENAME_EXCHANGE) == 0) {
+    if (exchange
+        && ::renameat2(AT_FDCWD, encoded(staging).constData(), AT_FDCWD,
+                       encoded(target).constData(), RENAME_EXCHANGE)
+               == 0) {
         removePath(staging);
         return true;
     }

@@ -28,8 +28,8 @@ bool fail(const QString &reason);
 // exchange), target is first renamed to old, then staging to target, and
 // old is removed: a run killed between the two renames leaves old, which
 // the next set of the folder renames back.
-IPHOST_EXPORT bool replaceFolder(const QString &staging, const QString &target,
-                                 const QString &old, bool exchange);
+IPHOST_EXPORT bool replaceFolder(const QString &staging, const QString &target, const QString &old,
+                                 bool exchange);
 
 } // namespace Internal
 } // namespace IPCore

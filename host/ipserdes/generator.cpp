@@ -60,7 +60,8 @@ LaneClocking readClocking(const QStringList &settings, QStringList &errors)
     if (clocking.lanePrefix.isEmpty())
         errors << QStringLiteral("No lane selects a PLL");
     else if (!pllType(clocking.pll))
-        errors << QStringLiteral("Unknown PLL \"%1\" for %2").arg(clocking.pll, clocking.lanePrefix);
+        errors
+            << QStringLiteral("Unknown PLL \"%1\" for %2").arg(clocking.pll, clocking.lanePrefix);
     if (!(clocking.refMHz > 0.0))
         errors << QStringLiteral("No reference clock frequency is set");
     return clocking;
@@ -112,9 +113,10 @@ QStringList unreachableRate(const PllType &type, double refMHz, double rateGbps)
     if (vcos.isEmpty())
         lines << range + QStringLiteral("no output divider brings %1 Gbps into it").arg(rate);
     else
-        lines << range + QStringLiteral("%1 Gbps needs a VCO of %2 GHz, which no divider setting "
-                                        "reaches from %3 MHz")
-                             .arg(rate, vcos.join(QStringLiteral(" or ")), ref);
+        lines << range
+                     + QStringLiteral("%1 Gbps needs a VCO of %2 GHz, which no divider setting "
+                                      "reaches from %3 MHz")
+                           .arg(rate, vcos.join(QStringLiteral(" or ")), ref);
     const QStringList kinds = kindsThatMake(refMHz, rateGbps);
     lines << (kinds.isEmpty()
                   ? QStringLiteral("No PLL kind generates %1 Gbps from %2 MHz").arg(rate, ref)
@@ -131,7 +133,8 @@ QStringList unreachableRate(const PllType &type, double refMHz, double rateGbps)
                                    "clocks (%3 MHz)")
                         .arg(pll, rate, tried.join(QStringLiteral(", ")))
                   : QStringLiteral("%1 generates %2 Gbps from these common reference clocks: "
-                                   "%3 MHz").arg(pll, rate, refs.join(QStringLiteral(", "))));
+                                   "%3 MHz")
+                        .arg(pll, rate, refs.join(QStringLiteral(", "))));
     return lines;
 }
 

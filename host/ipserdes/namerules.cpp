@@ -20,6 +20,7 @@ QString tr(const char *text)
 
 const QSet<QString> &verilogKeywords()
 {
+    // clang-format off
     static const QSet<QString> keywords = {
         "always", "and", "assign", "automatic", "begin", "buf", "bufif0", "bufif1",
         "case", "casex", "casez", "cell", "cmos", "config", "deassign", "default",
@@ -38,14 +39,15 @@ const QSet<QString> &verilogKeywords()
         "tran", "tranif0", "tranif1", "tri", "tri0", "tri1", "triand", "trior", "trireg",
         "unsigned", "use", "vectored", "wait", "wand", "weak0", "weak1", "while", "wire",
         "wor", "xnor", "xor"};
+    // clang-format on
     return keywords;
 }
 
 bool isAllowedFileNameChar(QChar c)
 {
     const ushort u = c.unicode();
-    return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9')
-           || u == '_' || u == '-' || u == '.';
+    return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || (u >= '0' && u <= '9') || u == '_'
+           || u == '-' || u == '.';
 }
 
 bool isPathSeparator(QChar c)
@@ -98,7 +100,8 @@ QStringList fileNameProblems(const QString &name)
     QStringList problems;
     if (isPathLike(name)) {
         problems.append(tr("The file name \"%1\" must be a plain name, not a path "
-                           "(no \"/\" or \"\\\", and not \".\" or \"..\").").arg(shown(name)));
+                           "(no \"/\" or \"\\\", and not \".\" or \"..\").")
+                            .arg(shown(name)));
     }
     const QStringList forbidden = forbiddenFileNameChars(name);
     if (!forbidden.isEmpty()) {
@@ -109,7 +112,8 @@ QStringList fileNameProblems(const QString &name)
     const int bytes = QFile::encodeName(name).size();
     if (bytes > MaxFileNameBytes) {
         problems.append(tr("The file name is %1 bytes long; a folder name holds at most %2.")
-                            .arg(bytes).arg(MaxFileNameBytes));
+                            .arg(bytes)
+                            .arg(MaxFileNameBytes));
     }
     return problems;
 }
@@ -122,7 +126,8 @@ QString moduleNameProblem(const QString &name)
     if (!identifier.match(name).hasMatch()) {
         return tr("The module name \"%1\" is not a legal Verilog identifier: "
                   "it must start with a letter or \"_\" and may only contain "
-                  "letters, digits, \"_\" and \"$\".").arg(shown(name));
+                  "letters, digits, \"_\" and \"$\".")
+            .arg(shown(name));
     }
     if (isVerilogKeyword(name))
         return tr("The module name \"%1\" is a reserved Verilog keyword.").arg(name);

@@ -22,8 +22,7 @@ PinFigureView::NameCache &PinFigureView::nameCache(const QFont &font)
     return fonts[font.key()];
 }
 
-PinFigureView::PinFigureView(QWidget *parent)
-    : QWidget(parent)
+PinFigureView::PinFigureView(QWidget *parent) : QWidget(parent)
 {
     measureFont();
     relayout();
@@ -166,11 +165,12 @@ void PinFigureView::layoutPicture()
     const QPalette::ColorRole line = QPalette::WindowText;
     const QRect titleRow(body.left(), body.top(), body.width(), m_titleHeight);
     const QSize titleSize(m_titleWidth, m_textHeight);
-    m_picture.fills = {{QRect(body.topLeft(), body.bottomLeft()), line},
-                       {QRect(body.topRight(), body.bottomRight()), line},
-                       {QRect(body.topLeft(), body.topRight()), line},
-                       {QRect(body.bottomLeft(), body.bottomRight()), line},
-                       {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
+    m_picture.fills = {
+        {QRect(body.topLeft(), body.bottomLeft()), line},
+        {QRect(body.topRight(), body.bottomRight()), line},
+        {QRect(body.topLeft(), body.topRight()), line},
+        {QRect(body.bottomLeft(), body.bottomRight()), line},
+        {QRect(QPoint(body.left(), rowsTop()), QPoint(body.right(), rowsTop())), line}};
     m_picture.texts = {
         {QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, titleSize, titleRow).topLeft(),
          measure(title())}};
@@ -197,8 +197,8 @@ void PinFigureView::layoutSide(const Side &side)
         const QPalette::ColorRole colour = pin.isBus ? QPalette::Highlight : QPalette::WindowText;
         m_picture.fills << qMakePair(QRect(QPoint(outer, y), QPoint(edge, y)), colour);
         if (pin.isBus)
-            m_picture.fills << qMakePair(QRect(QPoint(tick, y - m_spacing), QPoint(tick, y + m_spacing)),
-                                         colour);
+            m_picture.fills << qMakePair(
+                QRect(QPoint(tick, y - m_spacing), QPoint(tick, y + m_spacing)), colour);
         const int x = left ? edge + m_spacing : edge - m_spacing - name(row.name).width;
         m_picture.texts << qMakePair(QPoint(x, top), row.name);
         top += m_rowHeight;
@@ -227,8 +227,8 @@ int PinFigureView::rowsTop() const
 // names a spacing away from its edge and the two sides a wire length apart.
 QRect PinFigureView::bodyRect() const
 {
-    const int names = m_spacing + m_inputs.textWidth + m_wireLength + m_outputs.textWidth
-                      + m_spacing;
+    const int names =
+        m_spacing + m_inputs.textWidth + m_wireLength + m_outputs.textWidth + m_spacing;
     const int width = std::max(names, m_spacing + m_titleWidth + m_spacing);
     const int height = m_titleHeight + rowCount() * m_rowHeight + m_spacing;
     return QRect(m_spacing + m_wireLength, m_spacing, width, height);

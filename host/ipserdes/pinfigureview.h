@@ -80,7 +80,7 @@ private:
     struct Picture
     {
         QVector<QPair<QRect, QPalette::ColorRole>> fills; // the body's lines, the wires
-        QVector<QPair<QPoint, int>> texts;               // names at their top left
+        QVector<QPair<QPoint, int>> texts;                // names at their top left
     };
 
     void relayout();

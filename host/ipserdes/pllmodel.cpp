@@ -58,9 +58,9 @@ const PllType *pllType(const QString &name)
 
 const QVector<double> &commonReferencesMHz()
 {
-    static const QVector<double> frequencies = {61.44,  76.8,   100.0, 122.88, 125.0,
-                                                153.6,  156.25, 184.32, 200.0, 245.76,
-                                                250.0,  307.2,  312.5,  368.64, 491.52};
+    static const QVector<double> frequencies = {61.44, 76.8,   100.0,  122.88, 125.0,
+                                                153.6, 156.25, 184.32, 200.0,  245.76,
+                                                250.0, 307.2,  312.5,  368.64, 491.52};
     return frequencies;
 }
 

@@ -42,7 +42,6 @@ namespace IPSERDESIP {
 
 namespace {
 
-
 // Runs a modal message box over parent and returns the button chosen. The
 // box shows the parent's window icon.
 int runMessageBox(QWidget *parent, QMessageBox::Icon icon, const QString &title,
@@ -147,8 +146,7 @@ private:
 class FigureArea : public QScrollArea
 {
 public:
-    FigureArea(PinFigureView *figure, QWidget *parent)
-        : QScrollArea(parent)
+    FigureArea(PinFigureView *figure, QWidget *parent) : QScrollArea(parent)
     {
         setObjectName(QStringLiteral("figureArea"));
         setWidgetResizable(true);
@@ -174,8 +172,7 @@ public:
 class FrameArea : public QScrollArea
 {
 public:
-    FrameArea(QWidget *content, QWidget *parent)
-        : QScrollArea(parent)
+    FrameArea(QWidget *content, QWidget *parent) : QScrollArea(parent)
     {
         setObjectName(QStringLiteral("frameArea"));
         setFrameShape(QFrame::NoFrame);
@@ -183,10 +180,7 @@ public:
         setWidget(content);
     }
 
-    QSize sizeHint() const override
-    {
-        return widget()->sizeHint();
-    }
+    QSize sizeHint() const override { return widget()->sizeHint(); }
 
 protected:
     // The content asks for another size: so does the area.
@@ -224,8 +218,7 @@ QSet<QString> existingFolders()
 
 } // namespace
 
-protocolGenDlg::protocolGenDlg(QWidget *parent)
-    : QDialog(parent)
+protocolGenDlg::protocolGenDlg(QWidget *parent) : QDialog(parent)
 {
     m_fileName = makeLineEdit(QStringLiteral("fileNameEdit"), this);
     m_moduleName = makeLineEdit(QStringLiteral("moduleNameEdit"), this);
@@ -278,9 +271,7 @@ protocolGenDlg::protocolGenDlg(QWidget *parent)
 
 protocolGenDlg::~protocolGenDlg() = default;
 
-void protocolGenDlg::initDialog()
-{
-}
+void protocolGenDlg::initDialog() {}
 
 QString protocolGenDlg::helpPath() const
 {
@@ -474,7 +465,8 @@ bool protocolGenDlg::checkFileExisting()
     if (!m_existingFolders.contains(fileName()) || !QFileInfo(path).isDir())
         return true;
     const QString text = tr("The folder \"%1\" already exists. Its files may be overwritten.\n"
-                            "Do you want to use it anyway?").arg(QDir::toNativeSeparators(path));
+                            "Do you want to use it anyway?")
+                             .arg(QDir::toNativeSeparators(path));
     return runMessageBox(this, QMessageBox::Question, tr("Question"), text,
                          QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
            == QMessageBox::Yes;

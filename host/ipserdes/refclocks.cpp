@@ -27,8 +27,8 @@ QVector<RefClock> buildRefClocks()
     clocks.append({QStringLiteral("Q0 REFIN"), QStringLiteral("Q0_REFIN"),
                    QStringLiteral("q0_gpio"), 0, false});
     // The main clock reaches every quad.
-    clocks.append({QStringLiteral("MCLK"), QStringLiteral("MCLK"), QStringLiteral("mclk"), -1,
-                   false});
+    clocks.append(
+        {QStringLiteral("MCLK"), QStringLiteral("MCLK"), QStringLiteral("mclk"), -1, false});
     return clocks;
 }
 

@@ -9,10 +9,10 @@ namespace Internal {
 // A reference-clock input of the transceivers under its three names.
 struct RefClock
 {
-    QString displayName; // as cores offer it, "Q0 REFCLK0"
-    QString routingName; // in routes and resource records, "Q0_REFCLK0"
-    QString serdesName;  // in the registry and setting lines, "q0_refclk0"
-    int quad;            // home quad; -1 for a clock that reaches every quad
+    QString displayName;   // as cores offer it, "Q0 REFCLK0"
+    QString routingName;   // in routes and resource records, "Q0_REFCLK0"
+    QString serdesName;    // in the registry and setting lines, "q0_refclk0"
+    int quad;              // home quad; -1 for a clock that reaches every quad
     bool reachesNeighbour; // also feeds the other quad
 };
 

@@ -47,10 +47,22 @@ QString number(double value)
     return QString::number(value, 'g', 15);
 }
 
-QString logArg(const QString &text) { return text; }
-QString logArg(double value) { return number(value); }
-QString logArg(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
-QString logArg(const QVariant &value) { return value.toString(); }
+QString logArg(const QString &text)
+{
+    return text;
+}
+QString logArg(double value)
+{
+    return number(value);
+}
+QString logArg(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}
+QString logArg(const QVariant &value)
+{
+    return value.toString();
+}
 QString logArg(const QStringList &list)
 {
     return QLatin1Char('[') + list.join(QLatin1String(", ")) + QLatin1Char(']');
@@ -61,8 +73,8 @@ QString holderText(const QString &holder)
     return holder.isEmpty() ? ProjectHolder : holder;
 }
 
-bool refuse(Conflict *conflict, Conflict::Kind kind, const QString &resource,
-            const QString &holder, const QString &message)
+bool refuse(Conflict *conflict, Conflict::Kind kind, const QString &resource, const QString &holder,
+            const QString &message)
 {
     if (conflict)
         *conflict = Conflict{kind, resource, holder, message};
@@ -189,9 +201,8 @@ double serdes::getFreqByRefsrc(const QString &refDisplayName) const
 {
     logCall("getFreqByRefsrc", refDisplayName);
     const RefClock *clock = refClockByDisplayName(refDisplayName);
-    const Holding *user = firstWhere(m_holdings, [&](const Holding &h) {
-        return clock && h.ref == clock;
-    });
+    const Holding *user =
+        firstWhere(m_holdings, [&](const Holding &h) { return clock && h.ref == clock; });
     return user ? user->refMHz : 0.0;
 }
 
@@ -243,11 +254,10 @@ bool serdes::checkRoute(const QStringList &laneKeys, const QStringList &pllKeys,
 void serdes::resetLane(const QString &laneKey, bool flag)
 {
     logCall("resetLane", laneKey, flag);
-    m_holdings.erase(std::remove_if(m_holdings.begin(), m_holdings.end(),
-                                    [&](const Holding &h) {
-                                        return h.pending && h.laneKey == laneKey;
-                                    }),
-                     m_holdings.end());
+    m_holdings.erase(
+        std::remove_if(m_holdings.begin(), m_holdings.end(),
+                       [&](const Holding &h) { return h.pending && h.laneKey == laneKey; }),
+        m_holdings.end());
 }
 
 void serdes::setData(const QString &key, QVariant value)
@@ -327,7 +337,7 @@ bool serdes::checkLane(const Holding &holding, Conflict *conflict) const
     if (!deviceLaneKeys().contains(lane))
         return refuse(conflict, Conflict::Unknown, lane, {},
                       LaneNotOnDevice.arg(lane, m_device.isNull() ? QStringLiteral("(none)")
-                                                                   : m_device.id()));
+                                                                  : m_device.id()));
     const Holding *other =
         firstWhere(m_holdings, [&](const Holding &h) { return h.laneKey == lane; });
     if (other)
@@ -376,9 +386,8 @@ bool serdes::checkPll(Holding &holding, std::optional<double> lineRateGbps,
                                        holding.ref->routingName));
     if (!lineRateGbps)
         return true; // a route does not say its rate: the generator checks it
-    const Holding *running = firstWhere(m_holdings, [&](const Holding &h) {
-        return h.pllKey == pll && h.vcoGHz > 0.0;
-    });
+    const Holding *running =
+        firstWhere(m_holdings, [&](const Holding &h) { return h.pllKey == pll && h.vcoGHz > 0.0; });
     if (running && !producesRate(*type, running->vcoGHz, *lineRateGbps))
         return refuse(conflict, Conflict::Pll, pll, running->holder,
                       PllVco.arg(pll, number(running->vcoGHz), holderText(running->holder),
@@ -410,11 +419,10 @@ bool serdes::occupy(const Message &core, Conflict *conflict)
 bool serdes::release(const QString &instanceName)
 {
     const int before = m_holdings.size();
-    m_holdings.erase(std::remove_if(m_holdings.begin(), m_holdings.end(),
-                                    [&](const Holding &h) {
-                                        return !h.pending && h.holder == instanceName;
-                                    }),
-                     m_holdings.end());
+    m_holdings.erase(
+        std::remove_if(m_holdings.begin(), m_holdings.end(),
+                       [&](const Holding &h) { return !h.pending && h.holder == instanceName; }),
+        m_holdings.end());
     bool released = m_holdings.size() != before;
     for (auto it = m_sharedHolders.begin(); it != m_sharedHolders.end();) {
         released = it->removeAll(instanceName) > 0 || released;
@@ -458,9 +466,9 @@ bool serdes::claimQuadBias(const QString &registryKey, int value, const QString 
     others.removeAll(holder);
     const QVariant fixed = m_shared.value(registryKey);
     if (!others.isEmpty() && fixed.toInt() != value)
-        return refuse(conflict, Conflict::QuadBias, registryKey, others.first(),
-                      BiasHeld.arg(registryKey, fixed.toString(), holderText(others.first()))
-                          .arg(value));
+        return refuse(
+            conflict, Conflict::QuadBias, registryKey, others.first(),
+            BiasHeld.arg(registryKey, fixed.toString(), holderText(others.first())).arg(value));
     m_shared.insert(registryKey, value);
     QStringList &holders = m_sharedHolders[registryKey];
     if (!holders.contains(holder))

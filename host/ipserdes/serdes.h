@@ -17,7 +17,9 @@
 namespace IPSERDESIP {
 
 class Message;
-namespace Internal { struct RefClock; }
+namespace Internal {
+struct RefClock;
+}
 
 // The project's transceiver resource registry. One object per process,
 // reached through instance(); it is called from the GUI thread only and
@@ -118,8 +120,8 @@ public:
     bool enablePll(const QString &pllKey, double lineRateGbps);
     bool fixReference(const QString &refDisplayName, double frequencyMHz, int users = 1);
 
-    QStringList occupiedLanes() const;   // lane keys held by cores, sorted
-    QStringList pendingRoutes() const;   // lane keys of routes not yet reset, sorted
+    QStringList occupiedLanes() const; // lane keys held by cores, sorted
+    QStringList pendingRoutes() const; // lane keys of routes not yet reset, sorted
 
     QStringList callLog() const;
     void clearCallLog();
@@ -133,12 +135,12 @@ private:
     struct Holding
     {
         QString holder;
-        QString laneKey;                            // empty: no lane
-        QString pllKey;                             // empty: no PLL
-        double vcoGHz = 0.0;                        // 0.0 while the line rate is unknown
-        const Internal::RefClock *ref = nullptr;    // null: no reference clock
+        QString laneKey;                         // empty: no lane
+        QString pllKey;                          // empty: no PLL
+        double vcoGHz = 0.0;                     // 0.0 while the line rate is unknown
+        const Internal::RefClock *ref = nullptr; // null: no reference clock
         double refMHz = 0.0;
-        bool pending = false;                       // a route waiting for resetLane
+        bool pending = false; // a route waiting for resetLane
     };
 
     template<typename... Args>

@@ -6,7 +6,6 @@
 #include "refclocks_p.h"
 #include "../ipcore/outputset_p.h"
 
-
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -81,10 +80,10 @@ bool runYosys(const QString &yosys, const QString &folder, const QString &script
     run.setProcessChannelMode(QProcess::MergedChannels);
     run.start(yosys, {QStringLiteral("-p"), script});
     if (!run.waitForFinished(SynthesisTimeoutMs)) {
-        reason = run.error() == QProcess::Timedout
-                     ? QStringLiteral("Yosys did not finish within %1 s")
-                           .arg(SynthesisTimeoutMs / 1000)
-                     : run.errorString();
+        reason =
+            run.error() == QProcess::Timedout
+                ? QStringLiteral("Yosys did not finish within %1 s").arg(SynthesisTimeoutMs / 1000)
+                : run.errorString();
         run.kill();
         run.waitForFinished();
         return false;

@@ -12,7 +12,8 @@ struct PinFigure
 {
     PinFigure() = default;
     PinFigure(const QString &name, int direction, bool isBus, Qt::AlignmentFlag alignment)
-        : name(name), direction(direction), isBus(isBus), alignment(alignment) {}
+        : name(name), direction(direction), isBus(isBus), alignment(alignment)
+    {}
 
     bool operator==(const PinFigure &o) const
     {

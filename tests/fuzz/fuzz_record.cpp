@@ -41,7 +41,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     static const bool loaded = protocol.loadDescriptor();
     IPSERDESIP::serdes::instance()->reset();
     IPSERDESIP::serdes::instance()->setDevice(device);
-    if (!loaded || !CpriHost::RecordRules(protocol, protocol.descriptor()).problem(record).isEmpty())
+    if (!loaded
+        || !CpriHost::RecordRules(protocol, protocol.descriptor()).problem(record).isEmpty())
         return 0;
     for (const QString &line : lines) {
         if (line.contains(QLatin1Char('\n')) || line.contains(QLatin1Char('\r')))
@@ -49,12 +50,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     }
     for (const QString &line : defines) {
         const QString period = line.section(QStringLiteral("CFG_CLK_PERIOD "), 1);
-        if (line.count(QLatin1Char('`')) != 1 || (!period.isEmpty() && !std::isfinite(period.toDouble())))
+        if (line.count(QLatin1Char('`')) != 1
+            || (!period.isEmpty() && !std::isfinite(period.toDouble())))
             std::abort();
     }
     bool ok = false;
     const double frequency = record.value(Config::Key::RefClkFrequency).toString().toDouble(&ok);
-    if (ok && std::isfinite(frequency) && frequency > 0 && !IPSERDESIP::generator::checkSettings(settings).isEmpty())
+    if (ok && std::isfinite(frequency) && frequency > 0
+        && !IPSERDESIP::generator::checkSettings(settings).isEmpty())
         std::abort();
     return 0;
 }

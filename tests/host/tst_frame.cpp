@@ -148,6 +148,7 @@ void TestFrame::tabsFitTheDefaultSize()
     }
 }
 
+// clang-format off
 void TestFrame::smallScreensScrollTheFrame_data()
 {
     QTest::addColumn<QSize>("screen");
@@ -158,6 +159,7 @@ void TestFrame::smallScreensScrollTheFrame_data()
     QTest::newRow("1024x768 frameless") << QSize(1024, 768) << true;
     QTest::newRow("1600x1000") << QSize(1600, 1000) << false;
 }
+// clang-format on
 
 // The frame never opens larger than the screen's available area and scrolls what does not fit,
 // OK, Cancel and Help always in sight. After each speed class the figure's pane shows the whole
@@ -172,8 +174,8 @@ void TestFrame::smallScreensScrollTheFrame()
     d->setWindowFlag(Qt::FramelessWindowHint, frameless);
     d->show();
     settle();
-    const int titleBar
-        = frameless ? d->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, d) : 0;
+    const int titleBar =
+        frameless ? d->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, d) : 0;
     const QSize opened = d->size(),
                 room = available.size() - (d->frameGeometry().size() - opened) - QSize(0, titleBar);
     QCOMPARE(opened, d->sizeHint().boundedTo(room));

@@ -15,9 +15,18 @@
 
 namespace {
 
-IPSERDESIP::serdes *reg() { return IPSERDESIP::serdes::instance(); }
-QString str(const char *text) { return QString::fromLatin1(text); }
-QStringList texts(const QString &joined) { return joined.split(QLatin1Char('|')); }
+IPSERDESIP::serdes *reg()
+{
+    return IPSERDESIP::serdes::instance();
+}
+QString str(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+QStringList texts(const QString &joined)
+{
+    return joined.split(QLatin1Char('|'));
+}
 
 const QString A = str("a:x"), B = str("b:y");
 // Core a:x holds Q0_LANE1 on Q0_QPLL0 (9.8304 GHz) fed from Q0_REFCLK0 at 122.88 MHz.
@@ -30,12 +39,16 @@ IPSERDESIP::Message core(const QString &name, const QString &entries)
     m.instanceName = name;
     for (const QString &entry : entries.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         const QStringList f = entry.split(QLatin1Char(' '));
-        m.laneList << f[0], m.pllList << f[1], m.refClockList << f[2], m.refFreqList << f[3], m.lineRates << f[4];
+        m.laneList << f[0], m.pllList << f[1], m.refClockList << f[2], m.refFreqList << f[3],
+            m.lineRates << f[4];
     }
     return m;
 }
 
-int refUsers(const char *serdesName) { return reg()->FormStringToREFSPtr(str(serdesName))->userCount; }
+int refUsers(const char *serdesName)
+{
+    return reg()->FormStringToREFSPtr(str(serdesName))->userCount;
+}
 
 } // namespace
 
@@ -58,6 +71,7 @@ private slots:
     void deviceLibrary();
 };
 
+// clang-format off
 void TestRegistry::conflictsNameResourceAndHolder_data()
 {
     QTest::addColumn<QString>("entries");  // of core b:y, placed after core a:x
@@ -87,6 +101,7 @@ void TestRegistry::conflictsNameResourceAndHolder_data()
              {"", "unknown|||core b:y names no lane", true}})
         QTest::newRow(std::get<1>(row)) << str(std::get<0>(row)) << str(std::get<1>(row)) << std::get<2>(row);
 }
+// clang-format on
 
 void TestRegistry::conflictsNameResourceAndHolder()
 {
@@ -98,36 +113,51 @@ void TestRegistry::conflictsNameResourceAndHolder()
     const IPSERDESIP::Message b = core(B, entries);
     IPSERDESIP::Conflict c;
     QVERIFY(!reg()->occupy(b, &c) && !reg()->occupy(b) && !reg()->release(B)); // it took nothing
-    QTEST(QStringList({str(kinds[c.kind]), c.resource, c.holder, c.message}).join(QLatin1Char('|')), "conflict");
+    QTEST(QStringList({str(kinds[c.kind]), c.resource, c.holder, c.message}).join(QLatin1Char('|')),
+          "conflict");
     QCOMPARE(reg()->checkRoute(b.laneList, b.pllList, b.refClockList, b.refFreqList), routeTaken);
     QCOMPARE(reg()->pendingRoutes(), routeTaken ? b.laneList : QStringList());
     reg()->resetLane(b.laneList.value(0), false); // releases the route, never a:x's lane
-    QCOMPARE(reg()->users(str("Q0_QPLL0")) + reg()->users(str("Q0_REFCLK0")) + reg()->occupiedLanes()
-                 + reg()->pendingRoutes(), QStringList({A, A, str("Q0_LANE1")}));
+    QCOMPARE(reg()->users(str("Q0_QPLL0")) + reg()->users(str("Q0_REFCLK0"))
+                 + reg()->occupiedLanes() + reg()->pendingRoutes(),
+             QStringList({A, A, str("Q0_LANE1")}));
 }
 
 void TestRegistry::sharedResourcesCountTheirUsers()
 {
-    QVERIFY(reg()->occupy(core(A, ACore)) && reg()->occupy(core(B, str("Q0_LANE2 Q0_QPLL0 Q0_REFCLK0 122.880 4.9152"))));
+    QVERIFY(reg()->occupy(core(A, ACore))
+            && reg()->occupy(core(B, str("Q0_LANE2 Q0_QPLL0 Q0_REFCLK0 122.880 4.9152"))));
     QVERIFY(reg()->users(str("Q0_QPLL0")) == QStringList({A, B}) && refUsers("q0_refclk0") == 2);
-    QVERIFY(reg()->release(A) && reg()->checkPllEnable(str("Q0_QPLL0")) && !reg()->checkPLLforQuad0(9.8304).isEmpty());
+    QVERIFY(reg()->release(A) && reg()->checkPllEnable(str("Q0_QPLL0"))
+            && !reg()->checkPLLforQuad0(9.8304).isEmpty());
     QCOMPARE(reg()->getFreqByRefsrc(str("Q0 REFCLK0")) * refUsers("q0_refclk0"), 122.88);
-    QVERIFY(reg()->release(B) && !reg()->release(B) && !reg()->checkPllEnable(str("Q0_QPLL0")) && !refUsers("q0_refclk0"));
-    QVERIFY(reg()->occupy(core(B, str("Q1_LANE3 Q1_QPLL0 Q0_REFCLK0 245.76 10.1376")))); // freed, set up anew
-    QCOMPARE(reg()->checkPLLforQuad1(5.0688) + reg()->checkPLLforQuad0(10.1376), QStringList{str("QPLL0")});
-    QVERIFY(reg()->enablePll(str("Q1_QPLL1"), 12.16512) && !reg()->enablePll(str("Q1_QPLL1"), 9.8304));
-    QVERIFY(reg()->fixReference(str("Q1 REFCLK0"), 153.6, 2) && !reg()->fixReference(str("Q1 REFCLK0"), 1));
-    QVERIFY(refUsers("q1_refclk0") == 2 && reg()->checkPLLforQuad1(6.08256) == QStringList{str("QPLL1")});
+    QVERIFY(reg()->release(B) && !reg()->release(B) && !reg()->checkPllEnable(str("Q0_QPLL0"))
+            && !refUsers("q0_refclk0"));
+    QVERIFY(reg()->occupy(
+        core(B, str("Q1_LANE3 Q1_QPLL0 Q0_REFCLK0 245.76 10.1376")))); // freed, set up anew
+    QCOMPARE(reg()->checkPLLforQuad1(5.0688) + reg()->checkPLLforQuad0(10.1376),
+             QStringList{str("QPLL0")});
+    QVERIFY(reg()->enablePll(str("Q1_QPLL1"), 12.16512)
+            && !reg()->enablePll(str("Q1_QPLL1"), 9.8304));
+    QVERIFY(reg()->fixReference(str("Q1 REFCLK0"), 153.6, 2)
+            && !reg()->fixReference(str("Q1 REFCLK0"), 1));
+    QVERIFY(refUsers("q1_refclk0") == 2
+            && reg()->checkPLLforQuad1(6.08256) == QStringList{str("QPLL1")});
 }
 
 void TestRegistry::routeReleasesOnlyWhatItTook()
 {
     QVERIFY(reg()->occupy(core(A, ACore)));
-    const QStringList lanes = texts(str("Q0_LANE2|Q0_LANE3|Q1_LANE0|Q1_LANE2")); // the route names them in reverse
-    QVERIFY(reg()->checkRoute(texts(str("Q1_LANE2|Q1_LANE0|Q0_LANE3|Q0_LANE2")), texts(str("Q1_QPLL1|Q1_CPLL0|Q0_CPLL3|Q0_QPLL0")),
-                              texts(str("Q0_REFCLK1|MCLK|Q0_REFIN|Q0_REFCLK0")), texts(str("100|100|100|122.880"))));
-    QVERIFY(reg()->pendingRoutes() == lanes && reg()->occupiedLanes() == QStringList{str("Q0_LANE1")});
-    QVERIFY(reg()->users(str("Q0_QPLL0")) == QStringList({A, str("a pending route")}) && refUsers("q0_refclk0") == 2);
+    const QStringList lanes =
+        texts(str("Q0_LANE2|Q0_LANE3|Q1_LANE0|Q1_LANE2")); // the route names them in reverse
+    QVERIFY(reg()->checkRoute(texts(str("Q1_LANE2|Q1_LANE0|Q0_LANE3|Q0_LANE2")),
+                              texts(str("Q1_QPLL1|Q1_CPLL0|Q0_CPLL3|Q0_QPLL0")),
+                              texts(str("Q0_REFCLK1|MCLK|Q0_REFIN|Q0_REFCLK0")),
+                              texts(str("100|100|100|122.880"))));
+    QVERIFY(reg()->pendingRoutes() == lanes
+            && reg()->occupiedLanes() == QStringList{str("Q0_LANE1")});
+    QVERIFY(reg()->users(str("Q0_QPLL0")) == QStringList({A, str("a pending route")})
+            && refUsers("q0_refclk0") == 2);
     IPSERDESIP::Conflict c;
     QVERIFY(!reg()->occupy(core(B, str("Q1_LANE0 Q1_CPLL0 MCLK 100 2.4576")), &c));
     QCOMPARE(c.message, str("lane Q1_LANE0 is held by a pending route"));
@@ -141,10 +171,13 @@ void TestRegistry::routeReleasesOnlyWhatItTook()
 void TestRegistry::quadBiasClaims()
 {
     const QString q0 = str("Q0_BIAS");
-    for (const char *claim : {"Q0_BIAS|b:y|7|", "Q0_BIAS|a:x|9|", "Q1_BIAS|b:y|9|",
-                              "Q0_BIAS|b:y|9|Q0_BIAS is fixed to 7 by a:x, not 9", "Q2_BIAS|b:y|7|\"Q2_BIAS\" is no quad bias",
-                              "Q1_BIAS|b:y|16|Q1_BIAS takes 0 to 15, not 16", "Q1_BIAS|b:y|-1|Q1_BIAS takes 0 to 15, not -1",
-                              "Q0_BIAS|b:y|9|Q0_BIAS is fixed to 7 by the project's shared values, not 9|setData"}) {
+    for (const char *claim :
+         {"Q0_BIAS|b:y|7|", "Q0_BIAS|a:x|9|", "Q1_BIAS|b:y|9|",
+          "Q0_BIAS|b:y|9|Q0_BIAS is fixed to 7 by a:x, not 9",
+          "Q2_BIAS|b:y|7|\"Q2_BIAS\" is no quad bias",
+          "Q1_BIAS|b:y|16|Q1_BIAS takes 0 to 15, not 16",
+          "Q1_BIAS|b:y|-1|Q1_BIAS takes 0 to 15, not -1",
+          "Q0_BIAS|b:y|9|Q0_BIAS is fixed to 7 by the project's shared values, not 9|setData"}) {
         const QStringList f = texts(str(claim));
         reg()->reset();
         if (f.size() > 4)
@@ -155,7 +188,8 @@ void TestRegistry::quadBiasClaims()
         QCOMPARE(c.holder + c.message, (f[3].contains(A) ? A : QString()) + f[3]);
         QCOMPARE(reg()->getData(f[0]).toInt(), f[3].isEmpty() ? f[2].toInt() : f[0] == q0 ? 7 : 0);
         reg()->release(A); // the value goes with its last holder
-        QCOMPARE(reg()->globalData().contains(q0), f.size() > 4 || (f[1] == B && f[0] == q0 && f[3].isEmpty()));
+        QCOMPARE(reg()->globalData().contains(q0),
+                 f.size() > 4 || (f[1] == B && f[0] == q0 && f[3].isEmpty()));
         QCOMPARE(reg()->release(B), f[1] == B && f[3].isEmpty());
         QCOMPARE(reg()->globalData().contains(q0), f.size() > 4);
     }
@@ -163,20 +197,26 @@ void TestRegistry::quadBiasClaims()
 
 void TestRegistry::callLogFormat()
 {
-    QVERIFY(reg()->occupy(core(A, ACore)) && reg()->claimQuadBias(str("Q1_BIAS"), 3, A)); // not logged
+    QVERIFY(reg()->occupy(core(A, ACore))
+            && reg()->claimQuadBias(str("Q1_BIAS"), 3, A)); // not logged
     QStringList settings = texts(str("q0_enable true|x 1"));
     reg()->notOccupiedLanes(), reg()->checkPLLforQuad0(9.8304), reg()->checkPLLforQuad1(12.16512);
     reg()->checkPllEnable(str("Q0_QPLL0")), reg()->getFreqByRefsrc(str("Q0 REFCLK0"));
-    reg()->checkAccess(str("q0_refclk0"), str("Q0_LANE0_RX")), reg()->FormStringToREFSPtr(str("q0_refclk0"));
+    reg()->checkAccess(str("q0_refclk0"), str("Q0_LANE0_RX")),
+        reg()->FormStringToREFSPtr(str("q0_refclk0"));
     reg()->checkRoute(texts(str("Q0_LANE0|Q0_LANE2")), {str("Q0_QPLL0")}, {}, {str("122.880")});
-    reg()->resetLane(str("Q0_LANE0"), false), reg()->resetLane(str("Q0_LANE2"), true), reg()->setData(str("Q0_BIAS"), 7);
-    reg()->getData(str("Q0_BIAS")), reg()->globalData(), reg()->workingDir(), reg()->setGlobalResetEnableParam(settings);
-    QCOMPARE(reg()->callLog(),
-             texts(str("notOccupiedLanes()|checkPLLforQuad0(9.8304)|checkPLLforQuad1(12.16512)|checkPllEnable(Q0_QPLL0)"
-                       "|getFreqByRefsrc(Q0 REFCLK0)|checkAccess(q0_refclk0, Q0_LANE0_RX)|FormStringToREFSPtr(q0_refclk0)"
-                       "|checkRoute([Q0_LANE0, Q0_LANE2], [Q0_QPLL0], [], [122.880])|resetLane(Q0_LANE0, false)"
-                       "|resetLane(Q0_LANE2, true)|setData(Q0_BIAS, 7)|getData(Q0_BIAS)|globalData()|workingDir()"
-                       "|setGlobalResetEnableParam([q0_enable true, x 1])")));
+    reg()->resetLane(str("Q0_LANE0"), false), reg()->resetLane(str("Q0_LANE2"), true),
+        reg()->setData(str("Q0_BIAS"), 7);
+    reg()->getData(str("Q0_BIAS")), reg()->globalData(), reg()->workingDir(),
+        reg()->setGlobalResetEnableParam(settings);
+    QCOMPARE(
+        reg()->callLog(),
+        texts(str(
+            "notOccupiedLanes()|checkPLLforQuad0(9.8304)|checkPLLforQuad1(12.16512)|checkPllEnable(Q0_QPLL0)"
+            "|getFreqByRefsrc(Q0 REFCLK0)|checkAccess(q0_refclk0, Q0_LANE0_RX)|FormStringToREFSPtr(q0_refclk0)"
+            "|checkRoute([Q0_LANE0, Q0_LANE2], [Q0_QPLL0], [], [122.880])|resetLane(Q0_LANE0, false)"
+            "|resetLane(Q0_LANE2, true)|setData(Q0_BIAS, 7)|getData(Q0_BIAS)|globalData()|workingDir()"
+            "|setGlobalResetEnableParam([q0_enable true, x 1])")));
     reg()->clearCallLog();
     QVERIFY(reg()->callLog().isEmpty());
     reg()->globalData(), reg()->reset();
@@ -188,18 +228,24 @@ void TestRegistry::projectSetUp()
     reg()->setWorkingDir(str("/w"));
     QVERIFY(reg()->workingDir() == str("/w") && reg()->notOccupiedLanes().size() == 8);
     reg()->setDevice(Core::IdeCore::deviceDataBase()->findDevice(str("DVA-1-C2I1")));
-    QVERIFY(reg()->occupyLane(str("Q0 Lane1")) && !reg()->occupyLane(str("Q1 Lane0")) && !reg()->occupyLane({}));
+    QVERIFY(reg()->occupyLane(str("Q0 Lane1")) && !reg()->occupyLane(str("Q1 Lane0"))
+            && !reg()->occupyLane({}));
     QCOMPARE(reg()->notOccupiedLanes(), texts(str("Q0 Lane0|Q0 Lane2|Q0 Lane3")));
     for (const char *access : {"Q1_LANE0_RX", "Q0_LANE0_XX", "Q0_LANE4_RX", "Q0_LANE0"})
         QVERIFY2(!reg()->checkAccess(str("q0_refclk0"), str(access)), access);
     using namespace IPSERDESIP;
     QStringList names;
-    for (const char *ref : {"Q1 REFCLK2", "Q0 REFIN0", "Q0 REFIN", "MCLK", "Q2 REFCLK0", "Q0 REFCLK4", "Q0 REFIN4"})
+    for (const char *ref :
+         {"Q1 REFCLK2", "Q0 REFIN0", "Q0 REFIN", "MCLK", "Q2 REFCLK0", "Q0 REFCLK4", "Q0 REFIN4"})
         names << FromRefOptionToRef(str(ref)) << refsrcOptTransforSerdesName(str(ref));
-    QCOMPARE(names, texts(str("Q1_REFCLK2|q1_refclk2|Q0_REFIN0|q0_gpio0|Q0_REFIN|q0_gpio|MCLK|mclk||||||")));
+    QCOMPARE(
+        names,
+        texts(str("Q1_REFCLK2|q1_refclk2|Q0_REFIN0|q0_gpio0|Q0_REFIN|q0_gpio|MCLK|mclk||||||")));
     QString message; // synthesis needs the sources, the generated files and a top module name
-    QVERIFY(!waitForRunSyntheSis({}, {}, {}, {}, str("c"), message, nullptr) && message.startsWith(str("Synthesis of c failed: ")));
-    QVERIFY(!waitForRunSyntheSis({}, {}, {}, texts(str("a|b")), str("c"), message, nullptr) && message.contains(str("a, b")));
+    QVERIFY(!waitForRunSyntheSis({}, {}, {}, {}, str("c"), message, nullptr)
+            && message.startsWith(str("Synthesis of c failed: ")));
+    QVERIFY(!waitForRunSyntheSis({}, {}, {}, texts(str("a|b")), str("c"), message, nullptr)
+            && message.contains(str("a, b")));
     reg()->reset();
     QVERIFY(reg()->device().isNull() && reg()->workingDir() == QDir::currentPath());
 }
@@ -216,24 +262,33 @@ void TestRegistry::globalResetLinesAreOnlyAppended()
 void TestRegistry::dividerSearchReachesEveryRate()
 {
     using namespace IPSERDESIP::Internal;
-    for (double rate : {0.6144, 1.2288, 2.4576, 3.072, 4.9152, 6.144, 9.8304, 8.11008, 10.1376, 12.16512}) {
+    for (double rate :
+         {0.6144, 1.2288, 2.4576, 3.072, 4.9152, 6.144, 9.8304, 8.11008, 10.1376, 12.16512}) {
         for (const PllType *type : {pllType(str("QPLL0")), pllType(str("QPLL1"))}) {
             for (double ref : {122.88, 245.76}) {
                 const std::optional<PllSetting> s = findSetting(*type, ref, rate);
-                QVERIFY2(s, qPrintable(QStringLiteral("%1 %2 %3").arg(type->name).arg(rate).arg(ref)));
-                QVERIFY(qFuzzyCompare(ref * s->n / s->m / 1000.0, s->vcoGHz) && qFuzzyCompare(s->vcoGHz / s->d, rate)
+                QVERIFY2(s,
+                         qPrintable(QStringLiteral("%1 %2 %3").arg(type->name).arg(rate).arg(ref)));
+                QVERIFY(qFuzzyCompare(ref * s->n / s->m / 1000.0, s->vcoGHz)
+                        && qFuzzyCompare(s->vcoGHz / s->d, rate)
                         && (s->d & (s->d - 1)) == 0); // output dividers are powers of two
-                QVERIFY(type->vcoMinGHz <= s->vcoGHz && s->vcoGHz <= type->vcoMaxGHz && producesRate(*type, s->vcoGHz, rate)
+                QVERIFY(type->vcoMinGHz <= s->vcoGHz && s->vcoGHz <= type->vcoMaxGHz
+                        && producesRate(*type, s->vcoGHz, rate)
                         && !producesRate(*type, s->vcoGHz, rate * 1.001));
                 QCOMPARE(vcoForRate(*type, rate), std::optional<double>(s->vcoGHz));
             }
-            QVERIFY(!findSetting(*type, 0.0, rate) && vcoForRate(*type, type->vcoMinGHz) && vcoForRate(*type, type->vcoMaxGHz));
+            QVERIFY(!findSetting(*type, 0.0, rate) && vcoForRate(*type, type->vcoMinGHz)
+                    && vcoForRate(*type, type->vcoMaxGHz));
         }
     }
-    QVERIFY(findSetting(*pllType(str("CPLL")), 122.88, 3.072) && findSetting(*pllType(str("CPLL")), 122.88, 0.6144));
-    for (auto [name, minRef] : {std::pair("QPLL0", 245.0), {"QPLL1", 250.0}, {"CPLL", 250.0}}) { // a VCO at either end of its range is used
+    QVERIFY(findSetting(*pllType(str("CPLL")), 122.88, 3.072)
+            && findSetting(*pllType(str("CPLL")), 122.88, 0.6144));
+    for (auto [name, minRef] : {std::pair("QPLL0", 245.0),
+                                {"QPLL1", 250.0},
+                                {"CPLL", 250.0}}) { // a VCO at either end of its range is used
         const PllType *type = pllType(str(name));
-        QVERIFY(findSetting(*type, 250.0, type->vcoMaxGHz * type->rateFactor) && findSetting(*type, minRef, type->vcoMinGHz * type->rateFactor));
+        QVERIFY(findSetting(*type, 250.0, type->vcoMaxGHz * type->rateFactor)
+                && findSetting(*type, minRef, type->vcoMinGHz * type->rateFactor));
     }
 }
 
@@ -245,19 +300,25 @@ void TestRegistry::unreachableRateNamesItsCause()
     for (double mhz : IPSERDESIP::Internal::commonReferencesMHz())
         common << QString::number(mhz);
     const QString all = common.join(str(", "));
-    QCOMPARE(all, str("61.44, 76.8, 100, 122.88, 125, 153.6, 156.25, 184.32, 200, 245.76, 250, 307.2, 312.5, 368.64, 491.52"));
+    QCOMPARE(
+        all,
+        str("61.44, 76.8, 100, 122.88, 125, 153.6, 156.25, 184.32, 200, 245.76, 250, 307.2, 312.5, 368.64, 491.52"));
     const char *const rows[][2] = {
-        {"cpll 10.1376 122.88", "CPLL cannot generate 10.1376 Gbps from a 122.88 MHz reference clock|CPLL VCO range: 2 to 6.25 GHz; "
+        {"cpll 10.1376 122.88",
+         "CPLL cannot generate 10.1376 Gbps from a 122.88 MHz reference clock|CPLL VCO range: 2 to 6.25 GHz; "
          "10.1376 Gbps needs a VCO of 5.0688 GHz, which no divider setting reaches from 122.88 MHz|These PLL kinds generate "
          "10.1376 Gbps from 122.88 MHz: QPLL0 (VCO 10.1376 GHz), QPLL1 (VCO 10.1376 GHz)|CPLL generates 10.1376 Gbps from none "
          "of the common reference clocks (ALL MHz)"},
-        {"cpll 4 100.0001", "CPLL cannot generate 4 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 "
+        {"cpll 4 100.0001",
+         "CPLL cannot generate 4 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 "
          "GHz; 4 Gbps needs a VCO of 2 or 4 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
          "generates 4 Gbps from 100.0001 MHz|CPLL generates 4 Gbps from these common reference clocks: 100, 125, 200, 250 MHz"},
-        {"qpll1 14 125", "QPLL1 cannot generate 14 Gbps from a 125 MHz reference clock|QPLL1 VCO range: 8 to 13 GHz; no "
+        {"qpll1 14 125",
+         "QPLL1 cannot generate 14 Gbps from a 125 MHz reference clock|QPLL1 VCO range: 8 to 13 GHz; no "
          "output divider brings 14 Gbps into it|These PLL kinds generate 14 Gbps from 125 MHz: QPLL0 (VCO 14 GHz)|QPLL1 "
          "generates 14 Gbps from none of the common reference clocks (ALL MHz)"},
-        {"qpll0 16.375 100.0001", "QPLL0 cannot generate 16.375 Gbps from a 100.0001 MHz reference clock|QPLL0 VCO range: 9.8 to "
+        {"qpll0 16.375 100.0001",
+         "QPLL0 cannot generate 16.375 Gbps from a 100.0001 MHz reference clock|QPLL0 VCO range: 9.8 to "
          "16.375 GHz; 16.375 Gbps needs a VCO of 16.375 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
          "generates 16.375 Gbps from 100.0001 MHz|QPLL0 generates 16.375 Gbps from these common reference clocks: 125, 250 MHz"},
         {"qpll0 0 122.88", "No line rate is set"},
@@ -266,7 +327,8 @@ void TestRegistry::unreachableRateNamesItsCause()
     for (const auto &row : rows) {
         const QStringList f = str(row[0]).split(QLatin1Char(' '));
         IPSERDESIP::generator generator;
-        QVERIFY(!generator.generate({str("q1_ln2_pll_sel ") + f[0], str("q1_ln2_tx_rate ") + f[1], str("mclk_freq ") + f[2]},
+        QVERIFY(!generator.generate({str("q1_ln2_pll_sel ") + f[0], str("q1_ln2_tx_rate ") + f[1],
+                                     str("mclk_freq ") + f[2]},
                                     dir.filePath(str("a.csr")), {}));
         QCOMPARE(generator.getErrStringList(), texts(str(row[1]).replace(str("ALL"), all)));
     }
@@ -277,17 +339,21 @@ void TestRegistry::unreachableRateNamesItsCause()
 // those of its quads.
 void TestRegistry::deviceLibrary()
 {
-    const QStringList all = texts(str("Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q1 Lane0|Q1 Lane1|Q1 Lane2|Q1 Lane3"));
+    const QStringList all =
+        texts(str("Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q1 Lane0|Q1 Lane1|Q1 Lane2|Q1 Lane3"));
     QStringList ids, parts;
-    for (const char *row : {"DVA-1 1 C2/I1 I2", "DVA-2 2 C2/I1 I2", "DVB-1 1 C2/I1 C1", "DVB-2 1 C2/I1 C1", "DVB-3 2 C2/I1 C1",
-                            "DVB-4 2 C2/I1 C1", "DVB-5 2 C2/I1 C1", "DVB-6 2 C2/I1 C1", "DVC-1 2 C2/I1 I2", "DVC-2 1 I2"}) {
+    for (const char *row :
+         {"DVA-1 1 C2/I1 I2", "DVA-2 2 C2/I1 I2", "DVB-1 1 C2/I1 C1", "DVB-2 1 C2/I1 C1",
+          "DVB-3 2 C2/I1 C1", "DVB-4 2 C2/I1 C1", "DVB-5 2 C2/I1 C1", "DVB-6 2 C2/I1 C1",
+          "DVC-1 2 C2/I1 I2", "DVC-2 1 I2"}) {
         const QStringList f = str(row).split(QLatin1Char(' '));
         parts << f[0];
         for (const QString &grade : f.mid(2)) {
             ids << f[0] + QLatin1Char('-') + QString(grade).remove(QLatin1Char('/'));
             const DEV::DeviceArg expected(ids.last(), f[0], grade, all.mid(0, 4 * f[1].toInt()));
             QCOMPARE(Core::IdeCore::deviceDataBase()->findDevice(ids.last()), expected);
-            QVERIFY(expected != DEV::DeviceArg(ids.last(), f[0], grade, all.mid(4)) && !expected.isNull());
+            QVERIFY(expected != DEV::DeviceArg(ids.last(), f[0], grade, all.mid(4))
+                    && !expected.isNull());
             QCOMPARE(DEV::DeviceDb({expected}).findDevice(ids.last()).condition(), grade);
         }
     }
