@@ -18,7 +18,6 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <climits>
 
 namespace IPCPRI {
 

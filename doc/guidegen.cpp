@@ -129,17 +129,12 @@ QString range(const Config::KeySpec &key)
 // no meaning or a line names no key of the record.
 QMap<QString, QString> readMeanings(const QString &path, QString &error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        error = QStringLiteral("cannot read %1").arg(path);
-        return {};
-    }
     QMap<QString, QString> meanings;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
-        if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#')))
-            meanings.insert(line.section(QLatin1Char(' '), 0, 0),
-                            line.section(QLatin1Char(' '), 1));
-    }
+    const QStringList lines = dataLines(path, error);
+    if (!error.isEmpty())
+        return {};
+    for (const QString &line : lines)
+        meanings.insert(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1));
     QStringList keys;
     for (const Config::KeySpec &key : Config::recordKeys())
         keys << key.key;

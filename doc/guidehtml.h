@@ -2,6 +2,7 @@
 
 // The small pieces of HTML the user guide is written with.
 
+#include <QFile>
 #include <QString>
 #include <QStringList>
 
@@ -57,6 +58,23 @@ inline QString table(const QStringList &header, const QString &rows, const QStri
 }
 
 // A number as the guide writes frequencies and rates: up to ten significant digits.
+// The lines of a data file that say something: not blank, not a comment
+// ('#' first); empty, with the reason in error, when it cannot be read.
+inline QStringList dataLines(const QString &path, QString &error)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        error = QStringLiteral("cannot read %1").arg(path);
+        return {};
+    }
+    QStringList lines;
+    for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+        if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#')))
+            lines << line;
+    }
+    return lines;
+}
+
 inline QString number(double value)
 {
     return QString::number(value, 'g', 10);

@@ -130,19 +130,14 @@ QStringList figurePortNames()
 
 QMap<QString, PortMeaning> readPortMeanings(const QString &path, QString &error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        error = QStringLiteral("cannot read %1").arg(path);
-        return {};
-    }
     QMap<QString, PortMeaning> meanings;
-    for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
-        if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#'))) {
-            const QLatin1Char blank(' ');
-            meanings.insert(line.section(blank, 0, 0),
-                            {line.section(blank, 1, 1), line.section(blank, 2)});
-        }
-    }
+    const QLatin1Char blank(' ');
+    const QStringList lines = dataLines(path, error);
+    if (!error.isEmpty())
+        return {};
+    for (const QString &line : lines)
+        meanings.insert(line.section(blank, 0, 0),
+                        {line.section(blank, 1, 1), line.section(blank, 2)});
     const QStringList ports = figurePortNames();
     for (const QString &port : ports) {
         if (meanings.value(port).meaning.isEmpty())
