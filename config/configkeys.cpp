@@ -153,3 +153,75 @@ bool anyOptionalPort(const ConfigMap &record)
 
 } // namespace Config
 } // namespace IPCPRI
+
+// The texts the header names, defined once.
+const QString IPCPRI::Config::Key::TargetDevice = QStringLiteral("target_device");
+const QString IPCPRI::Config::Key::Type = QStringLiteral("type");
+const QString IPCPRI::Config::Key::Version = QStringLiteral("version");
+const QString IPCPRI::Config::Key::SynthesisTool = QStringLiteral("Synthesis_tool");
+const QString IPCPRI::Config::Key::Language = QStringLiteral("LANG");
+const QString IPCPRI::Config::Key::File = QStringLiteral("file");
+const QString IPCPRI::Config::Key::Module = QStringLiteral("module");
+const QString IPCPRI::Config::Key::SpeedSel3072 = QStringLiteral("3.072G_and_Under");
+const QString IPCPRI::Config::Key::SpeedSel6144 = QStringLiteral("6.144G_and_Under");
+const QString IPCPRI::Config::Key::SpeedSel98304 = QStringLiteral("9.8304G_and_Under");
+const QString IPCPRI::Config::Key::SpeedSel101376 = QStringLiteral("10.1376G_and_Under");
+const QString IPCPRI::Config::Key::SpeedSel1216512 = QStringLiteral("12.16512G_and_Under");
+const QString IPCPRI::Config::Key::Rate06144 = QStringLiteral("0.6144Gbps");
+const QString IPCPRI::Config::Key::Rate12288 = QStringLiteral("1.2288Gbps");
+const QString IPCPRI::Config::Key::Rate24576 = QStringLiteral("2.4576Gbps");
+const QString IPCPRI::Config::Key::Rate3072 = QStringLiteral("3.072Gbps");
+const QString IPCPRI::Config::Key::Rate49152 = QStringLiteral("4.9152Gbps");
+const QString IPCPRI::Config::Key::Rate6144 = QStringLiteral("6.144Gbps");
+const QString IPCPRI::Config::Key::Rate98304 = QStringLiteral("9.8304Gbps");
+const QString IPCPRI::Config::Key::Rate811008 = QStringLiteral("8.11008Gbps");
+const QString IPCPRI::Config::Key::Rate101376 = QStringLiteral("10.1376Gbps");
+const QString IPCPRI::Config::Key::Rate1216512 = QStringLiteral("12.16512Gbps");
+const QString IPCPRI::Config::Key::ConfigClkPeriod = QStringLiteral("Config_Clk_Period");
+const QString IPCPRI::Config::Key::Mii = QStringLiteral("MII");
+const QString IPCPRI::Config::Key::Gmii = QStringLiteral("GMII");
+const QString IPCPRI::Config::Key::ProtocolVersion1 = QStringLiteral("Initial_Protocol_Version1");
+const QString IPCPRI::Config::Key::ProtocolVersion2 = QStringLiteral("Initial_Protocol_Version2");
+const QString IPCPRI::Config::Key::ScramblerSeed = QStringLiteral("Initial_Scrambler_Seed");
+const QString IPCPRI::Config::Key::HdlcRate = QStringLiteral("Initial_HDLC_Rate");
+const QString IPCPRI::Config::Key::HdlcByte = QStringLiteral("Initial_HDLC_Byte");
+const QString IPCPRI::Config::Key::HdlcMask = QStringLiteral("Initial_HDLC_Mask");
+const QString IPCPRI::Config::Key::EthernetPointer = QStringLiteral("Initial_Ethernet_Pointer");
+const QString IPCPRI::Config::Key::FixedConfigEnable = QStringLiteral("Fixed_Config_Enable");
+const QString IPCPRI::Config::Key::RealTimeVendor = QStringLiteral("Real_Time_Vendor");
+const QString IPCPRI::Config::Key::Master = QStringLiteral("Master");
+const QString IPCPRI::Config::Key::Slave = QStringLiteral("Slave");
+const QString IPCPRI::Config::Key::ChannelSelection = QStringLiteral("Channel_Selection");
+const QString IPCPRI::Config::Key::LineRate = QStringLiteral("Line_Rate");
+const QString IPCPRI::Config::Key::RefClkSource = QStringLiteral("Reference_CLK_Source");
+const QString IPCPRI::Config::Key::RefClkFrequency = QStringLiteral("Reference_CLK_Frequency");
+const QString IPCPRI::Config::Key::PllSelection = QStringLiteral("PLL_Selection");
+const QString IPCPRI::Config::Key::LoopbackMode = QStringLiteral("Loopback_Mode");
+const QString IPCPRI::Config::Key::Mode64b66b = QStringLiteral("64B_66B_Mode");
+const QString IPCPRI::Config::Key::HighestSpeedIndex = QStringLiteral("highest_SpeedIndex");
+const QString IPCPRI::Config::Key::SpeedEnablesRecord = QStringLiteral("speedEnables_Record");
+const QString IPCPRI::Config::Key::DifferentialSwing = QStringLiteral("DIFFERENTIAL_SWING");
+const QString IPCPRI::Config::Key::FfeMode = QStringLiteral("FFEMODE");
+const QString IPCPRI::Config::Key::FfeCm = QStringLiteral("FFE_CM");
+const QString IPCPRI::Config::Key::FfeC1 = QStringLiteral("FFE_C1");
+const QString IPCPRI::Config::Key::FfeC0 = QStringLiteral("FFE_C0");
+const QString IPCPRI::Config::Key::SdThreshold = QStringLiteral("SD_THRESHOLD");
+const QString IPCPRI::Config::Key::EqualizationMode = QStringLiteral("Equalization_Mode");
+const QString IPCPRI::Config::Key::Att = QStringLiteral("ATT");
+const QString IPCPRI::Config::Key::Boost = QStringLiteral("BOOST");
+const QString IPCPRI::Config::Key::LoopbackPorts = QStringLiteral("Loopback_Ports");
+const QString IPCPRI::Config::Key::DrpPorts = QStringLiteral("DRP_Ports");
+const QString IPCPRI::Config::Key::PrbsGeneratorPorts =
+    QStringLiteral("PRBS_Pattern_Generator_Ports");
+const QString IPCPRI::Config::Key::DifferentialSwingPorts =
+    QStringLiteral("Differential_Swing_Ports");
+const QString IPCPRI::Config::Key::FfePorts = QStringLiteral("FFE_Ports");
+const QString IPCPRI::Config::Key::PrbsCheckerPorts = QStringLiteral("PRBS_Pattern_Checker_Ports");
+const QString IPCPRI::Config::Key::EqualizationPorts = QStringLiteral("Equalization_Ports");
+const QString IPCPRI::Config::Key::BiasPorts = QStringLiteral("BIAS_Ports");
+const QString IPCPRI::Config::Key::ChangedAllOfBias = QStringLiteral("ifChangedAllOfBias");
+const QString IPCPRI::Config::FormatVersion = QStringLiteral("1.0");
+const QString IPCPRI::Config::AutoMode = QStringLiteral("Auto");
+const QString IPCPRI::Config::ManualMode = QStringLiteral("Manual");
+const QString IPCPRI::Config::SerDesPlacement = QStringLiteral("SerDes");
+const QString IPCPRI::Config::FabricPlacement = QStringLiteral("Fabric");

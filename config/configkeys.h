@@ -16,73 +16,73 @@ namespace Config {
 
 // Every key of the record, spelled once.
 namespace Key {
-inline const QString TargetDevice = QStringLiteral("target_device");
-inline const QString Type = QStringLiteral("type");
-inline const QString Version = QStringLiteral("version");
-inline const QString SynthesisTool = QStringLiteral("Synthesis_tool");
-inline const QString Language = QStringLiteral("LANG");
-inline const QString File = QStringLiteral("file");
-inline const QString Module = QStringLiteral("module");
-inline const QString SpeedSel3072 = QStringLiteral("3.072G_and_Under");
-inline const QString SpeedSel6144 = QStringLiteral("6.144G_and_Under");
-inline const QString SpeedSel98304 = QStringLiteral("9.8304G_and_Under");
-inline const QString SpeedSel101376 = QStringLiteral("10.1376G_and_Under");
-inline const QString SpeedSel1216512 = QStringLiteral("12.16512G_and_Under");
-inline const QString Rate06144 = QStringLiteral("0.6144Gbps");
-inline const QString Rate12288 = QStringLiteral("1.2288Gbps");
-inline const QString Rate24576 = QStringLiteral("2.4576Gbps");
-inline const QString Rate3072 = QStringLiteral("3.072Gbps");
-inline const QString Rate49152 = QStringLiteral("4.9152Gbps");
-inline const QString Rate6144 = QStringLiteral("6.144Gbps");
-inline const QString Rate98304 = QStringLiteral("9.8304Gbps");
-inline const QString Rate811008 = QStringLiteral("8.11008Gbps");
-inline const QString Rate101376 = QStringLiteral("10.1376Gbps");
-inline const QString Rate1216512 = QStringLiteral("12.16512Gbps");
-inline const QString ConfigClkPeriod = QStringLiteral("Config_Clk_Period");
-inline const QString Mii = QStringLiteral("MII");
-inline const QString Gmii = QStringLiteral("GMII");
-inline const QString ProtocolVersion1 = QStringLiteral("Initial_Protocol_Version1");
-inline const QString ProtocolVersion2 = QStringLiteral("Initial_Protocol_Version2");
-inline const QString ScramblerSeed = QStringLiteral("Initial_Scrambler_Seed");
-inline const QString HdlcRate = QStringLiteral("Initial_HDLC_Rate");
-inline const QString HdlcByte = QStringLiteral("Initial_HDLC_Byte");
-inline const QString HdlcMask = QStringLiteral("Initial_HDLC_Mask");
-inline const QString EthernetPointer = QStringLiteral("Initial_Ethernet_Pointer");
-inline const QString FixedConfigEnable = QStringLiteral("Fixed_Config_Enable");
-inline const QString RealTimeVendor = QStringLiteral("Real_Time_Vendor");
-inline const QString Master = QStringLiteral("Master");
-inline const QString Slave = QStringLiteral("Slave");
-inline const QString ChannelSelection = QStringLiteral("Channel_Selection");
-inline const QString LineRate = QStringLiteral("Line_Rate");
-inline const QString RefClkSource = QStringLiteral("Reference_CLK_Source");
-inline const QString RefClkFrequency = QStringLiteral("Reference_CLK_Frequency");
-inline const QString PllSelection = QStringLiteral("PLL_Selection");
-inline const QString LoopbackMode = QStringLiteral("Loopback_Mode");
-inline const QString Mode64b66b = QStringLiteral("64B_66B_Mode");
-inline const QString HighestSpeedIndex = QStringLiteral("highest_SpeedIndex");
-inline const QString SpeedEnablesRecord = QStringLiteral("speedEnables_Record");
-inline const QString DifferentialSwing = QStringLiteral("DIFFERENTIAL_SWING");
-inline const QString FfeMode = QStringLiteral("FFEMODE");
-inline const QString FfeCm = QStringLiteral("FFE_CM");
-inline const QString FfeC1 = QStringLiteral("FFE_C1");
-inline const QString FfeC0 = QStringLiteral("FFE_C0");
-inline const QString SdThreshold = QStringLiteral("SD_THRESHOLD");
-inline const QString EqualizationMode = QStringLiteral("Equalization_Mode");
-inline const QString Att = QStringLiteral("ATT");
-inline const QString Boost = QStringLiteral("BOOST");
-inline const QString LoopbackPorts = QStringLiteral("Loopback_Ports");
-inline const QString DrpPorts = QStringLiteral("DRP_Ports");
-inline const QString PrbsGeneratorPorts = QStringLiteral("PRBS_Pattern_Generator_Ports");
-inline const QString DifferentialSwingPorts = QStringLiteral("Differential_Swing_Ports");
-inline const QString FfePorts = QStringLiteral("FFE_Ports");
-inline const QString PrbsCheckerPorts = QStringLiteral("PRBS_Pattern_Checker_Ports");
-inline const QString EqualizationPorts = QStringLiteral("Equalization_Ports");
-inline const QString BiasPorts = QStringLiteral("BIAS_Ports");
-inline const QString ChangedAllOfBias = QStringLiteral("ifChangedAllOfBias");
+extern const QString TargetDevice;
+extern const QString Type;
+extern const QString Version;
+extern const QString SynthesisTool;
+extern const QString Language;
+extern const QString File;
+extern const QString Module;
+extern const QString SpeedSel3072;
+extern const QString SpeedSel6144;
+extern const QString SpeedSel98304;
+extern const QString SpeedSel101376;
+extern const QString SpeedSel1216512;
+extern const QString Rate06144;
+extern const QString Rate12288;
+extern const QString Rate24576;
+extern const QString Rate3072;
+extern const QString Rate49152;
+extern const QString Rate6144;
+extern const QString Rate98304;
+extern const QString Rate811008;
+extern const QString Rate101376;
+extern const QString Rate1216512;
+extern const QString ConfigClkPeriod;
+extern const QString Mii;
+extern const QString Gmii;
+extern const QString ProtocolVersion1;
+extern const QString ProtocolVersion2;
+extern const QString ScramblerSeed;
+extern const QString HdlcRate;
+extern const QString HdlcByte;
+extern const QString HdlcMask;
+extern const QString EthernetPointer;
+extern const QString FixedConfigEnable;
+extern const QString RealTimeVendor;
+extern const QString Master;
+extern const QString Slave;
+extern const QString ChannelSelection;
+extern const QString LineRate;
+extern const QString RefClkSource;
+extern const QString RefClkFrequency;
+extern const QString PllSelection;
+extern const QString LoopbackMode;
+extern const QString Mode64b66b;
+extern const QString HighestSpeedIndex;
+extern const QString SpeedEnablesRecord;
+extern const QString DifferentialSwing;
+extern const QString FfeMode;
+extern const QString FfeCm;
+extern const QString FfeC1;
+extern const QString FfeC0;
+extern const QString SdThreshold;
+extern const QString EqualizationMode;
+extern const QString Att;
+extern const QString Boost;
+extern const QString LoopbackPorts;
+extern const QString DrpPorts;
+extern const QString PrbsGeneratorPorts;
+extern const QString DifferentialSwingPorts;
+extern const QString FfePorts;
+extern const QString PrbsCheckerPorts;
+extern const QString EqualizationPorts;
+extern const QString BiasPorts;
+extern const QString ChangedAllOfBias;
 } // namespace Key
 
 // The one record format version this core writes and reads.
-inline const QString FormatVersion = QStringLiteral("1.0");
+extern const QString FormatVersion;
 
 enum class ValueType { Text, Bool, Int };
 
@@ -109,13 +109,13 @@ const QStringList &differentialSwings();
 const QStringList &signalDetectThresholds();
 
 // The two ways of setting the transmitter taps and the receiver equalizer.
-inline const QString AutoMode = QStringLiteral("Auto");
-inline const QString ManualMode = QStringLiteral("Manual");
+extern const QString AutoMode;
+extern const QString ManualMode;
 
 // Where the 64B/66B coding of the fastest rates runs: in the transceiver or
 // in the FPGA fabric.
-inline const QString SerDesPlacement = QStringLiteral("SerDes");
-inline const QString FabricPlacement = QStringLiteral("Fabric");
+extern const QString SerDesPlacement;
+extern const QString FabricPlacement;
 
 // The eight optional-port flags, in the order the define file tests them.
 const QVector<QString> &optionalPortKeys();

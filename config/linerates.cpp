@@ -37,3 +37,6 @@ QString withoutUnit(QString lineRate)
 
 } // namespace Config
 } // namespace IPCPRI
+
+// The texts the header names, defined once.
+const QString IPCPRI::Config::GbpsUnit = QStringLiteral("Gbps");

@@ -40,7 +40,7 @@ struct RateRow
 // The twelve rows in list order; row i is mask bit i, counted from the right.
 const QVector<RateRow> &rateRows();
 
-inline const QString GbpsUnit = QStringLiteral("Gbps");
+extern const QString GbpsUnit;
 
 // "9.83040Gbps": the rate with five decimals and the unit.
 QString lineRateText(double gbps);

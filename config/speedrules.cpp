@@ -93,3 +93,6 @@ const QVector<SpeedClass> &speedClasses()
 
 } // namespace Config
 } // namespace IPCPRI
+
+// The texts the header names, defined once.
+const QString IPCPRI::Config::TopGrade = QStringLiteral("C2/I1");

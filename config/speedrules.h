@@ -37,7 +37,7 @@ struct SpeedClass
 const QVector<SpeedClass> &speedClasses();
 
 // The grade text of devices that run the two highest rates.
-inline const QString TopGrade = QStringLiteral("C2/I1");
+extern const QString TopGrade;
 
 // Whether the box of a rate row is enabled when a dialog opens on a device
 // of the grade, before any speed class is chosen.

@@ -8,23 +8,23 @@ namespace Generate {
 
 // The core's type name: its folder under "temp", its synthesis name and
 // the value of its protocol option.
-inline const QString CoreTypeName = QStringLiteral("cpri");
-inline const QString TempFolder = QStringLiteral("temp");
+extern const QString CoreTypeName;
+extern const QString TempFolder;
 
-inline const QString TopDefineFile = QStringLiteral("top_define.vh");
-inline const QString CoreDefineFile = QStringLiteral("cpri_defines.vh");
-inline const QString SettingsFile = QStringLiteral("cpri.ini");
-inline const QString RegisterFile = QStringLiteral("cpri.csr");
+extern const QString TopDefineFile;
+extern const QString CoreDefineFile;
+extern const QString SettingsFile;
+extern const QString RegisterFile;
 
 // The core's fixed sources in the package's data folder: the top level,
 // which reads the define files, and the engine all cores share. They are
 // named to the synthesis step in this order.
-inline const QString TopLevelSource = QStringLiteral("cpri_top.v");
-inline const QString EngineSource = QStringLiteral("cpri_core_encryption.v");
-inline const QStringList CoreSources = {TopLevelSource, EngineSource};
+extern const QString TopLevelSource;
+extern const QString EngineSource;
+extern const QStringList CoreSources;
 
 // A core's own top level, beside its define files: its module name + ".v".
-inline const QString CoreTopLevelSuffix = QStringLiteral(".v");
+extern const QString CoreTopLevelSuffix;
 
 // base + "/temp/cpri": where a core's generated files go.
 QString coreOutputDir(const QString &base);

@@ -164,3 +164,12 @@ Route route(const QString &laneDisplayName, const QString &pllDisplayName,
 
 } // namespace Serdes
 } // namespace IPCPRI
+
+// The texts the header names, defined once.
+const QString IPCPRI::Serdes::Qpll0 = QStringLiteral("QPLL0");
+const QString IPCPRI::Serdes::Qpll1 = QStringLiteral("QPLL1");
+const QString IPCPRI::Serdes::Cpll = QStringLiteral("CPLL");
+const QString IPCPRI::Serdes::FirstFamily = QStringLiteral("DVA-1/DVA-2");
+const QString IPCPRI::Serdes::SecondFamily = QStringLiteral("DVB-1/DVB-2/DVB-3/DVB-4/DVB-5/DVB-6");
+const QString IPCPRI::Serdes::BothFamilies =
+    QStringLiteral("DVA-1/DVA-2/DVB-1/DVB-2/DVB-3/DVB-4/DVB-5/DVB-6");

@@ -31,9 +31,9 @@ const Lane *laneByDisplayName(const QString &displayName);
 QString laneAccessName(const QString &displayName, bool receive);
 
 // PLL display names as offered in the dialog.
-inline const QString Qpll0 = QStringLiteral("QPLL0");
-inline const QString Qpll1 = QStringLiteral("QPLL1");
-inline const QString Cpll = QStringLiteral("CPLL");
+extern const QString Qpll0;
+extern const QString Qpll1;
+extern const QString Cpll;
 // The PLL key of a PLL display name on a lane ("Q1_QPLL1", "Q1_CPLL2"), or
 // nothing for a name other than the three.
 std::optional<QString> pllKey(const Lane &lane, const QString &pllDisplayName);
@@ -64,10 +64,9 @@ std::optional<QString> frequencyLine(const QString &source, const QString &frequ
 QString frequencyText(double mhz);
 
 // Device families, as lists of part names separated by "/".
-inline const QString FirstFamily = QStringLiteral("DVA-1/DVA-2");
-inline const QString SecondFamily = QStringLiteral("DVB-1/DVB-2/DVB-3/DVB-4/DVB-5/DVB-6");
-inline const QString BothFamilies =
-    QStringLiteral("DVA-1/DVA-2/DVB-1/DVB-2/DVB-3/DVB-4/DVB-5/DVB-6");
+extern const QString FirstFamily;
+extern const QString SecondFamily;
+extern const QString BothFamilies;
 // Exact, case-sensitive membership of a part name in a family list.
 bool inFamily(const QString &familyList, const QString &partName);
 
