@@ -421,8 +421,8 @@ RecordCheck::Finding RecordCheck::firstChange(const ConfigMap &record, const Ope
 {
     const ConfigMap written = opened.collected();
     const QStringList speedKeys{Key::LineRate, Key::HighestSpeedIndex, Key::SpeedEnablesRecord};
-    for (const Config::KeySpec &spec : Config::recordKeys()) {
-        const QString &key = spec.key;
+    for (const Config::KeySpec &keyRule : Config::recordKeys()) {
+        const QString &key = keyRule.key;
         // Every list offers something when some lane is free.
         const bool list = !offered(key, {QString()}, QString()).isEmpty();
         const bool unoffered =

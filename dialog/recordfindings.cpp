@@ -36,11 +36,11 @@ QString nearestKey(const QString &text)
 {
     QString nearest;
     int best = INT_MAX;
-    for (const Config::KeySpec &spec : Config::recordKeys()) {
-        const int distance = editDistance(text.toLower(), spec.key.toLower());
+    for (const Config::KeySpec &keyRule : Config::recordKeys()) {
+        const int distance = editDistance(text.toLower(), keyRule.key.toLower());
         if (distance < best) {
             best = distance;
-            nearest = spec.key;
+            nearest = keyRule.key;
         }
     }
     return nearest;

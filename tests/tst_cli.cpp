@@ -108,13 +108,13 @@ void TestCli::helpInfoAndDevices()
                  .trimmed(), // as the README shows it
              readme.section("<!-- cpri-host-help -->\n```text\n"_q, 1).section("\n```"_q, 0, 0));
     const QJsonObject info = runHost({"info"_q}).json().object(),
-                      spec = info.value("descriptor"_q).toObject();
-    QVERIFY(info.value("name"_q) == "CPRI"_q && spec.value("ipcore.name"_q) == "CPRI"_q);
+                      descriptor = info.value("descriptor"_q).toObject();
+    QVERIFY(info.value("name"_q) == "CPRI"_q && descriptor.value("ipcore.name"_q) == "CPRI"_q);
     for (const char *key : {"id", "version", "category", "summary"}) // each the descriptor's
         QVERIFY2(info.value(QString::fromUtf8(key))
-                     == spec.value("ipcore."_q
-                                   + (key == QByteArray("summary") ? "doc.summary"_q
-                                                                   : QString::fromUtf8(key))),
+                     == descriptor.value("ipcore."_q
+                                         + (key == QByteArray("summary") ? "doc.summary"_q
+                                                                         : QString::fromUtf8(key))),
                  key);
     QCOMPARE(info.value("packageDir"_q).toString(),
              QFileInfo(CPRI_PLUGIN_PATH ""_q).absolutePath());
@@ -125,11 +125,12 @@ void TestCli::helpInfoAndDevices()
     for (const QJsonValue &device :
          QJsonDocument::fromJson(devices).array()) { // supported as the descriptor says
         const QString part = device["part"_q].toString();
-        QVERIFY2(device["id"_q].toString().startsWith(part + "-"_q)
-                     && device["supported"_q].toBool()
-                            == (spec["ipcore.device.supported"_q].toArray().contains(part)
-                                && !spec["ipcore.device.unsupported"_q].toArray().contains(part)),
-                 qPrintable(part));
+        QVERIFY2(
+            device["id"_q].toString().startsWith(part + "-"_q)
+                && device["supported"_q].toBool()
+                       == (descriptor["ipcore.device.supported"_q].toArray().contains(part)
+                           && !descriptor["ipcore.device.unsupported"_q].toArray().contains(part)),
+            qPrintable(part));
     }
 }
 
