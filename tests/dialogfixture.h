@@ -3,9 +3,6 @@
 // The dialog tests' user: clicks, types, answers message boxes and looks,
 // on a dialog made the way the reference host makes it.
 
-// The tables spell their texts as plain ASCII literals.
-#undef QT_NO_CAST_FROM_ASCII
-
 #include <dialog/cpridlg.h>
 #include <modaldriver.h>
 
@@ -83,57 +80,35 @@ inline const QStringList Classes =
     split("speedSel3072 speedSel6144 speedSel98304 speedSel101376 speedSel1216512", ' ');
 
 // The symbol's ports by group ("group: ports;"), in drawing order.
+// clang-format off
 inline const QMap<QString, QString> PortGroups = [] {
     QMap<QString, QString> groups;
     for (const QString &group : split(
-             "clocks: tx_arst_i rx_arst_i cfg_arst_i tx_rst_i rx_rst_i cfg_rst_i tx_clk_i "
-             "rx_clk_i cfg_clk_i aux_tx_slot_last_o; "
-             "narrow: aux_tx_slot_num_o[5:0] aux_rx_slot_num_o[5:0]; "
-             "wide: aux_tx_slot_num_o[6:0] aux_rx_slot_num_o[6:0]; "
-             "d16: iq_tx_req_o[1:0] iq_tx_data_i[15:0] iq_rx_mask_o[1:0] iq_rx_data_o[15:0] "
-             "rx_data_o[15:0] vendor_tx_req_o[4:0] vendor_tx_data_i[39:0] "
-             "vendor_rx_data_mask_o[4:0] vendor_rx_data_o[39:0]; "
-             "d32: iq_tx_req_o[3:0] iq_tx_data_i[31:0] iq_rx_mask_o[3:0] iq_rx_data_o[31:0] "
-             "rx_data_o[31:0] vendor_tx_req_o[9:0] vendor_tx_data_i[79:0] "
-             "vendor_rx_data_mask_o[9:0] vendor_rx_data_o[79:0]; "
-             "d64: iq_tx_req_o[7:0] iq_tx_data_i[63:0] iq_rx_mask_o[7:0] iq_rx_data_o[63:0] "
-             "rx_data_o[63:0] vendor_tx_req_o[15:0] vendor_tx_data_i[127:0] "
-             "vendor_rx_data_mask_o[15:0] vendor_rx_data_o[127:0]; "
-             "frame: aux_tx_hf_num_o[7:0] aux_tx_bf_num_o[7:0] aux_tx_node_bfn_o[11:0] "
-             "aux_rx_bf_first_w_o aux_rx_slot_last_o aux_rx_bf_num_o[7:0] aux_rx_hf_num_o[7:0] "
-             "tx_bfn_strobe_i tx_bfn_i[11:0] rx_bfn_strobe_o rx_bfn_o[11:0] iq_rx_valid_o "
-             "hdlc_tx_req_o hdlc_tx_data_i hdlc_rx_data_valid_o hdlc_rx_data_o; "
-             "rtv: up10g_rt_tx_req_o[7:0] up10g_rt_tx_data_i[63:0] up10g_rt_rx_data_o[63:0] "
-             "up10g_rt_rx_mask_o[7:0] up10g_rt_rx_valid_o; "
-             "mii: mii_tx_clk_i mii_tx_arst_i mii_tx_rst_i mii_tx_en_i mii_tx_er_i "
-             "mii_tx_data_i[3:0] tx_buffer_full_o mii_rx_clk_i mii_rx_arst_i mii_rx_rst_i "
-             "mii_rx_en_o mii_rx_data_o[3:0] mii_rx_er_o; "
-             "gmii: gmii_tx_clk_i gmii_tx_arst_i gmii_tx_rst_i gmii_tx_en_i gmii_tx_er_i "
-             "gmii_tx_data_i[7:0] gmii_tx_buffer_full_o gmii_rx_clk_i gmii_rx_arst_i "
-             "gmii_rx_rst_i gmii_rx_data_o[7:0] gmii_rx_en_o gmii_rx_er_o; "
-             "control: z130_0_tx_rai_i z130_0_tx_sdi_i z130_0_tx_los_i z130_0_tx_lof_i los_i "
-             "cfg_sel_i cfg_wr_i cfg_ena_i cfg_addr_i[11:0] cfg_wdata_i[31:0] serq_rstn_i "
-             "serq_user_rx_clk_i serq_user_tx_clk_i; "
-             "status: z130_0_rx_reset_o z130_0_rx_rai_o z130_0_rx_sdi_o z130_0_rx_los_o "
-             "z130_0_rx_lof_o local_los_o local_lof_o hfnsync_o speed_sel_o[3:0] tx_delay_o[7:0] "
-             "rx_delay_o[7:0] cfg_rdy_o cfg_rdata_o[31:0] serq_pcs_tx_rst_i serq_pcs_rx_rst_i "
-             "serq_align_link_o serq_k_lock_o serq_pll_ok_o serq_pll_ck_ref_o serq_pma_rx_lock_o "
-             "serq_rx_pcs_clk_o serq_tx_pcs_clk_o vendor_rx_data_valid_o "
-             "serq_rx_fifo_rdusewd_o[4:0] serq_tx_fifo_wrusewd_o[4:0]; "
-             "loopback: loopback_en_i loopback_mode_i[1:0]; "
-             "swing: tx_diff_en_i tx_diff_swing_i[3:0]; "
-             "ffe: tx_ffe_manual_en_i tx_ffe_cm_i[4:0] tx_ffe_c1_i[4:0]; "
-             "eq: rx_eq_manual_en_i rx_eq_att_i[3:0] rx_eq_boost_i[3:0]; "
-             "bias: rx_quad_bias_en_i rx_quad_bias_i[3:0]; "
-             "ppg: tx_prbs_test_en_i tx_prbs_sel_i[2:0] tx_prbs_insert_err_i; "
-             "ppc: rx_prbs_test_en_i rx_prbs_sel_i[2:0] rx_prbs_err_clr_i rx_prbs_err_cnt_o[7:0]; "
-             "drpclk: user_drp_clk_o; "
-             "drp: user_drp_addr_i[23:0] user_drp_wren_i user_drp_wrdata_i[31:0] "
-             "user_drp_strb_i[31:0] user_drp_rden_i user_drp_ready_o user_drp_rdvld_o "
-             "user_drp_rddata_o[31:0] user_drp_resp_o"))
+    "clocks: tx_arst_i rx_arst_i cfg_arst_i tx_rst_i rx_rst_i cfg_rst_i tx_clk_i rx_clk_i cfg_clk_i aux_tx_slot_last_o;"
+    "narrow: aux_tx_slot_num_o[5:0] aux_rx_slot_num_o[5:0];"
+    "wide: aux_tx_slot_num_o[6:0] aux_rx_slot_num_o[6:0];"
+    "d16: iq_tx_req_o[1:0] iq_tx_data_i[15:0] iq_rx_mask_o[1:0] iq_rx_data_o[15:0] rx_data_o[15:0] vendor_tx_req_o[4:0] vendor_tx_data_i[39:0] vendor_rx_data_mask_o[4:0] vendor_rx_data_o[39:0];"
+    "d32: iq_tx_req_o[3:0] iq_tx_data_i[31:0] iq_rx_mask_o[3:0] iq_rx_data_o[31:0] rx_data_o[31:0] vendor_tx_req_o[9:0] vendor_tx_data_i[79:0] vendor_rx_data_mask_o[9:0] vendor_rx_data_o[79:0];"
+    "d64: iq_tx_req_o[7:0] iq_tx_data_i[63:0] iq_rx_mask_o[7:0] iq_rx_data_o[63:0] rx_data_o[63:0] vendor_tx_req_o[15:0] vendor_tx_data_i[127:0] vendor_rx_data_mask_o[15:0] vendor_rx_data_o[127:0];"
+    "frame: aux_tx_hf_num_o[7:0] aux_tx_bf_num_o[7:0] aux_tx_node_bfn_o[11:0] aux_rx_bf_first_w_o aux_rx_slot_last_o aux_rx_bf_num_o[7:0] aux_rx_hf_num_o[7:0] tx_bfn_strobe_i tx_bfn_i[11:0] rx_bfn_strobe_o rx_bfn_o[11:0] iq_rx_valid_o hdlc_tx_req_o hdlc_tx_data_i hdlc_rx_data_valid_o hdlc_rx_data_o;"
+    "rtv: up10g_rt_tx_req_o[7:0] up10g_rt_tx_data_i[63:0] up10g_rt_rx_data_o[63:0] up10g_rt_rx_mask_o[7:0] up10g_rt_rx_valid_o;"
+    "mii: mii_tx_clk_i mii_tx_arst_i mii_tx_rst_i mii_tx_en_i mii_tx_er_i mii_tx_data_i[3:0] tx_buffer_full_o mii_rx_clk_i mii_rx_arst_i mii_rx_rst_i mii_rx_en_o mii_rx_data_o[3:0] mii_rx_er_o;"
+    "gmii: gmii_tx_clk_i gmii_tx_arst_i gmii_tx_rst_i gmii_tx_en_i gmii_tx_er_i gmii_tx_data_i[7:0] gmii_tx_buffer_full_o gmii_rx_clk_i gmii_rx_arst_i gmii_rx_rst_i gmii_rx_data_o[7:0] gmii_rx_en_o gmii_rx_er_o;"
+    "control: z130_0_tx_rai_i z130_0_tx_sdi_i z130_0_tx_los_i z130_0_tx_lof_i los_i cfg_sel_i cfg_wr_i cfg_ena_i cfg_addr_i[11:0] cfg_wdata_i[31:0] serq_rstn_i serq_user_rx_clk_i serq_user_tx_clk_i;"
+    "status: z130_0_rx_reset_o z130_0_rx_rai_o z130_0_rx_sdi_o z130_0_rx_los_o z130_0_rx_lof_o local_los_o local_lof_o hfnsync_o speed_sel_o[3:0] tx_delay_o[7:0] rx_delay_o[7:0] cfg_rdy_o cfg_rdata_o[31:0] serq_pcs_tx_rst_i serq_pcs_rx_rst_i serq_align_link_o serq_k_lock_o serq_pll_ok_o serq_pll_ck_ref_o serq_pma_rx_lock_o serq_rx_pcs_clk_o serq_tx_pcs_clk_o vendor_rx_data_valid_o serq_rx_fifo_rdusewd_o[4:0] serq_tx_fifo_wrusewd_o[4:0];"
+    "loopback: loopback_en_i loopback_mode_i[1:0];"
+    "swing: tx_diff_en_i tx_diff_swing_i[3:0];"
+    "ffe: tx_ffe_manual_en_i tx_ffe_cm_i[4:0] tx_ffe_c1_i[4:0];"
+    "eq: rx_eq_manual_en_i rx_eq_att_i[3:0] rx_eq_boost_i[3:0];"
+    "bias: rx_quad_bias_en_i rx_quad_bias_i[3:0];"
+    "ppg: tx_prbs_test_en_i tx_prbs_sel_i[2:0] tx_prbs_insert_err_i;"
+    "ppc: rx_prbs_test_en_i rx_prbs_sel_i[2:0] rx_prbs_err_clr_i rx_prbs_err_cnt_o[7:0];"
+    "drpclk: user_drp_clk_o;"
+    "drp: user_drp_addr_i[23:0] user_drp_wren_i user_drp_wrdata_i[31:0] user_drp_strb_i[31:0] user_drp_rden_i user_drp_ready_o user_drp_rdvld_o user_drp_rddata_o[31:0] user_drp_resp_o;"))
         groups.insert(group.section(':', 0, 0).trimmed(), group.section(':', 1).trimmed());
     return groups;
 }();
+// clang-format on
 
 // A widget by object name; "parent/name" looks inside the named parent.
 template<typename T = QWidget>

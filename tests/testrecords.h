@@ -10,22 +10,18 @@
 
 namespace TestRecords {
 
-inline QString u(const char *text)
-{
-    return QString::fromUtf8(text);
-}
 inline QStringList lines(const QString &text)
 {
-    return text.split(u("|"), Qt::SkipEmptyParts);
+    return text.split("|", Qt::SkipEmptyParts);
 }
 inline QStringList lines(const char *text)
 {
-    return lines(u(text));
+    return lines(QString(text));
 }
 // A line list in which "~" stands for a prefix.
 inline QStringList lines(const char *text, const char *prefix)
 {
-    return lines(u(text).replace(u("~"), u(prefix)));
+    return lines(QString(text).replace("~", QString(prefix)));
 }
 
 // The lines of a file; in the data files, lines starting with "#" are comments.
@@ -34,25 +30,25 @@ inline QStringList fileLines(const QString &path)
     QFile file(path);
     file.open(QIODevice::ReadOnly);
     return QString::fromUtf8(file.readAll())
-        .split(u("\n"), Qt::SkipEmptyParts)
-        .filter(QRegularExpression(u("^[^#]")));
+        .split("\n", Qt::SkipEmptyParts)
+        .filter(QRegularExpression("^[^#]"));
 }
 
 // The record with the changes, each value of the type its key holds; "!key" removes the key.
 inline IPCPRI::ConfigMap with(IPCPRI::ConfigMap r, const QString &changes)
 {
-    for (const QString &change : changes.split(u(";"), Qt::SkipEmptyParts)) {
-        const QString key = change.section(u("="), 0, 0).trimmed();
-        QVariant value = change.section(u("="), 1);
+    for (const QString &change : changes.split(";", Qt::SkipEmptyParts)) {
+        const QString key = change.section("=", 0, 0).trimmed();
+        QVariant value = change.section("=", 1);
         if (const IPCPRI::Config::KeySpec *row = IPCPRI::Config::keySpec(key))
             value.convert(row->initial.userType());
-        key.startsWith(u("!")) ? void(r.remove(key.mid(1))) : void(r.insert(key, value));
+        key.startsWith("!") ? void(r.remove(key.mid(1))) : void(r.insert(key, value));
     }
     return r;
 }
 inline IPCPRI::ConfigMap with(const IPCPRI::ConfigMap &r, const char *c)
 {
-    return with(r, u(c));
+    return with(r, QString(c));
 }
 
 // Every key at the value a new core starts with.

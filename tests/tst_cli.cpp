@@ -1,5 +1,7 @@
 // The command-line host: its commands, JSON output, refusals and output sets.
 
+#include "testsupport.h"
+
 #include <ipserdes/generator.h>
 
 #include <QDir>
@@ -7,56 +9,21 @@
 #include <QFileSystemWatcher>
 #include <QImage>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
 
+using namespace TestSupport;
+
 namespace {
 
-QString operator""_q(const char *text, std::size_t size)
-{
-    return QString::fromUtf8(text, int(size));
-}
-
-const QString Example = CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json"_q;
-
-struct Result
-{
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-
-    QJsonDocument json() const { return QJsonDocument::fromJson(out); }
-};
-
-Result runHost(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(CPRI_HOST_PATH ""_q, arguments);
-    process.waitForFinished(-1);
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
+const QString Example = CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json";
 
 // The example record with some values changed; a null value removes the key.
 QByteArray changed(const QByteArray &changes)
 {
-    QJsonObject record = QJsonDocument::fromJson(read(Example)).object();
+    QJsonObject record = readJson(Example);
     const QJsonObject object = QJsonDocument::fromJson(changes).object();
     for (auto it = object.begin(); it != object.end(); ++it)
         it.value().isNull() ? void(record.remove(it.key()))
@@ -99,37 +66,34 @@ private slots:
 
 void TestCli::helpInfoAndDevices()
 {
-    const Result help = runHost({"--help"_q});
-    const QString readme = QString::fromUtf8(read(CPRI_SOURCE_DIR "/README.md"_q));
+    const Run help = runHost({"--help"});
+    const QString readme = QString::fromUtf8(read(CPRI_SOURCE_DIR "/README.md"));
     QVERIFY(help.exitCode == 0
             && help.out.contains("\n  generate RECORD.json... [--workdir DIR] [--synthesize]\n"));
-    QCOMPARE(QString::fromUtf8(help.out)
-                 .section(QLatin1Char('\n'), 1)
-                 .trimmed(), // as the README shows it
-             readme.section("<!-- cpri-host-help -->\n```text\n"_q, 1).section("\n```"_q, 0, 0));
-    const QJsonObject info = runHost({"info"_q}).json().object(),
-                      descriptor = info.value("descriptor"_q).toObject();
-    QVERIFY(info.value("name"_q) == "CPRI"_q && descriptor.value("ipcore.name"_q) == "CPRI"_q);
+    QCOMPARE(QString::fromUtf8(help.out).section('\n', 1).trimmed(), // as the README shows it
+             readme.section("<!-- cpri-host-help -->\n```text\n", 1).section("\n```", 0, 0));
+    const QJsonObject info = runHost({"info"}).json().object(),
+                      descriptor = info.value("descriptor").toObject();
+    QVERIFY(info.value("name") == "CPRI" && descriptor.value("ipcore.name") == "CPRI");
     for (const char *key : {"id", "version", "category", "summary"}) // each the descriptor's
         QVERIFY2(info.value(QString::fromUtf8(key))
-                     == descriptor.value("ipcore."_q
-                                         + (key == QByteArray("summary") ? "doc.summary"_q
-                                                                         : QString::fromUtf8(key))),
+                     == descriptor.value(
+                         "ipcore."
+                         + (key == QByteArray("summary") ? "doc.summary" : QString::fromUtf8(key))),
                  key);
-    QCOMPARE(info.value("packageDir"_q).toString(),
-             QFileInfo(CPRI_PLUGIN_PATH ""_q).absolutePath());
-    const QByteArray devices = runHost({"devices"_q}).out;
+    QCOMPARE(info.value("packageDir").toString(), QFileInfo(CPRI_PLUGIN_PATH).absolutePath());
+    const QByteArray devices = runHost({"devices"}).out;
     for (const char *fact : {"\"part\": \"DVA-1\"", "\"part\": \"DVB-1\"", "\"grade\": \"C2/I1\"",
                              "\"grade\": \"I2\"", "\"lanes\": ["})
         QVERIFY2(devices.contains(fact), fact);
     for (const QJsonValue &device :
          QJsonDocument::fromJson(devices).array()) { // supported as the descriptor says
-        const QString part = device["part"_q].toString();
+        const QString part = device["part"].toString();
         QVERIFY2(
-            device["id"_q].toString().startsWith(part + "-"_q)
-                && device["supported"_q].toBool()
-                       == (descriptor["ipcore.device.supported"_q].toArray().contains(part)
-                           && !descriptor["ipcore.device.unsupported"_q].toArray().contains(part)),
+            device["id"].toString().startsWith(part + "-")
+                && device["supported"].toBool()
+                       == (descriptor["ipcore.device.supported"].toArray().contains(part)
+                           && !descriptor["ipcore.device.unsupported"].toArray().contains(part)),
             qPrintable(part));
     }
 }
@@ -137,110 +101,104 @@ void TestCli::helpInfoAndDevices()
 void TestCli::generateWritesTheCoreFiles()
 {
     QTemporaryDir work;
-    const Result r = runHost({"generate"_q, Example, "--workdir"_q, work.path(), "--synthesize"_q});
+    const Run r = runHost({"generate", Example, "--workdir", work.path(), "--synthesize"});
     QVERIFY2(r.exitCode == 0, r.err.constData());
     const QJsonObject result = r.json().object();
-    QVERIFY(result.value("ok"_q).toBool()
-            && result.value("synthesisMessage"_q).toString().contains("with Yosys:\n"_q));
-    const QStringList settings = result.value("serdesSettings"_q).toVariant().toStringList();
-    QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"_q
-            && settings.contains("q0_refclk0_freq 122.88"_q)
-            && result.value("synthesisOptions"_q).toArray().size() == 15);
-    const QString dir = work.path() + "/cpri_0/temp/cpri"_q;
-    QCOMPARE(result.value("files"_q).toVariant().toStringList(),
-             QStringList({dir + "/top_define.vh"_q, dir + "/cpri_defines.vh"_q, dir + "/cpri.ini"_q,
-                          dir + "/cpri_top.v"_q, dir + "/cpri.csr"_q}));
-    QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini"_q)),
-             settings.join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    QVERIFY(result.value("ok").toBool()
+            && result.value("synthesisMessage").toString().contains("with Yosys:\n"));
+    const QStringList settings = result.value("serdesSettings").toVariant().toStringList();
+    QVERIFY(settings.first() == "q0_ln1_pll_sel qpll0"
+            && settings.contains("q0_refclk0_freq 122.88")
+            && result.value("synthesisOptions").toArray().size() == 15);
+    const QString dir = work.path() + "/cpri_0/temp/cpri";
+    QCOMPARE(result.value("files").toVariant().toStringList(),
+             QStringList({dir + "/top_define.vh", dir + "/cpri_defines.vh", dir + "/cpri.ini",
+                          dir + "/cpri_top.v", dir + "/cpri.csr"}));
+    QCOMPARE(QString::fromUtf8(read(dir + "/cpri.ini")), settings.join('\n') + '\n');
     // The core's own top level: the package's with the define files in place of their includes.
     const QByteArray own =
         "// The top level of the core cpri_top: the package's cpri_top.v\n// with the lines of top_define.vh "
         "and cpri_defines.vh in place of their includes.\n"
-        + read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q)
-              .replace("`include \"top_define.vh\"\n", read(dir + "/top_define.vh"_q))
-              .replace("`include \"cpri_defines.vh\"\n", read(dir + "/cpri_defines.vh"_q));
-    QCOMPARE(read(dir + "/cpri_top.v"_q), own);
-    QCOMPARE(entries(work.path() + "/cpri_0/temp"_q), QStringList{"cpri"_q}); // nothing left beside
+        + read(CPRI_PACKAGE_DIR "/data/cpri_top.v")
+              .replace("`include \"top_define.vh\"\n", read(dir + "/top_define.vh"))
+              .replace("`include \"cpri_defines.vh\"\n", read(dir + "/cpri_defines.vh"));
+    QCOMPARE(read(dir + "/cpri_top.v"), own);
+    QCOMPARE(entries(work.path() + "/cpri_0/temp"), QStringList{"cpri"}); // nothing left beside
     // A register file and a top level of another run give way to the ones of this run's lines.
-    QVERIFY(write(dir + "/cpri.csr"_q, "stale\n")
-            && write(dir + "/old_top.v"_q, read(dir + "/cpri_top.v"_q))
-            && write(dir + "/mine.v"_q, "module mine;\nendmodule\n"));
-    const QString record = writeRecord(work.filePath("6g.json"_q),
+    QVERIFY(write(dir + "/cpri.csr", "stale\n")
+            && write(dir + "/old_top.v", read(dir + "/cpri_top.v"))
+            && write(dir + "/mine.v", "module mine;\nendmodule\n"));
+    const QString record = writeRecord(work.filePath("6g.json"),
                                        R"({"9.8304G_and_Under": false, "6.144G_and_Under": true,
         "9.8304Gbps": false, "6.144Gbps": true, "Line_Rate": "6.14400Gbps", "highest_SpeedIndex": 5, "speedEnables_Record": "000000100000"})");
-    QCOMPARE(runHost({"generate"_q, record, "--workdir"_q, work.path()}).exitCode, 0);
-    const QByteArray ini = read(dir + "/cpri.ini"_q), csr = read(dir + "/cpri.csr"_q);
+    QCOMPARE(runHost({"generate", record, "--workdir", work.path()}).exitCode, 0);
+    const QByteArray ini = read(dir + "/cpri.ini"), csr = read(dir + "/cpri.csr");
     QVERIFY2(ini.contains("q0_ln1_tx_rate 6.14400\n") && csr.startsWith(ini)
                  && csr.contains("q0_ln1_vco_ghz 12.288000\n"),
              csr.constData());
-    QCOMPARE(entries(dir), QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q,
-                                        "cpri_top.v"_q, "mine.v"_q, "top_define.vh"_q}));
+    QCOMPARE(entries(dir), QStringList({"cpri.csr", "cpri.ini", "cpri_defines.vh", "cpri_top.v",
+                                        "mine.v", "top_define.vh"}));
 }
 
 void TestCli::generateTakesSeveralRecords()
 {
     QTemporaryDir work;
-    const QString a = writeRecord(work.filePath("a.json"_q), R"({"file": "a"})");
-    const QString b = writeRecord(work.filePath("b.json"_q), R"({"file": "b", "module": "m_b"})");
-    const QString bad =
-        writeRecord(work.filePath("bad.json"_q), R"({"file": "c", "FFEMODE": "x"})");
-    const QString out = work.filePath("out"_q);
-    const Result several = runHost({"generate"_q, b, a, "--workdir"_q, out});
+    const QString a = writeRecord(work.filePath("a.json"), R"({"file": "a"})");
+    const QString b = writeRecord(work.filePath("b.json"), R"({"file": "b", "module": "m_b"})");
+    const QString bad = writeRecord(work.filePath("bad.json"), R"({"file": "c", "FFEMODE": "x"})");
+    const QString out = work.filePath("out");
+    const Run several = runHost({"generate", b, a, "--workdir", out});
     QVERIFY2(several.exitCode == 0, several.err.constData());
     const QJsonArray results = several.json().array();
-    QVERIFY(results.size() == 2 && results[0]["record"_q] == b
-            && results[1]["files"_q][0] == out + "/a/temp/cpri/top_define.vh"_q);
-    QCOMPARE(read(out + "/b/temp/cpri/top_define.vh"_q), QByteArray("`define module_name m_b\n"));
+    QVERIFY(results.size() == 2 && results[0]["record"] == b
+            && results[1]["files"][0] == out + "/a/temp/cpri/top_define.vh");
+    QCOMPARE(read(out + "/b/temp/cpri/top_define.vh"), QByteArray("`define module_name m_b\n"));
     // One bad record, two on one core or on two devices, and no record is written.
     const QString other =
-        writeRecord(work.filePath("c.json"_q),
+        writeRecord(work.filePath("c.json"),
                     R"({"file": "c", "target_device": "DVC-1-C2I1", "64B_66B_Mode": "SerDes"})");
-    const QString fresh = work.filePath("fresh"_q);
+    const QString fresh = work.filePath("fresh");
     for (const QStringList &records :
          {QStringList{a, bad}, QStringList{a, b, a}, QStringList{a, other}}) {
-        const Result r =
-            runHost(QStringList{"generate"_q} + records + QStringList{"--workdir"_q, fresh});
+        const Run r = runHost(QStringList{"generate"} + records + QStringList{"--workdir", fresh});
         QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(fresh));
     }
-    QVERIFY(runHost({"generate"_q, other, a, "--workdir"_q, fresh})
-                .err.contains("name different devices"));
+    QVERIFY(
+        runHost({"generate", other, a, "--workdir", fresh}).err.contains("name different devices"));
 }
 
 void TestCli::resourcesOfARecord()
 {
-    const QJsonObject m = runHost({"resources"_q, Example}).json().object();
-    QCOMPARE(m.value("instanceName"_q).toString(), "cpri_0:cpri_top"_q);
-    QCOMPARE(m.value("laneList"_q).toVariant().toStringList()
-                 + m.value("pllList"_q).toVariant().toStringList()
-                 + m.value("lineRates"_q).toVariant().toStringList(),
-             QStringList({"Q0_LANE1"_q, "Q0_QPLL0"_q, "9.83040"_q}));
-    QCOMPARE(QStringList({m["coreName"_q].toString(), m["fileValue"_q].toString(),
-                          m["moduleValue"_q].toString(), m["refClockList"_q][0].toString(),
-                          m["refFreqList"_q][0].toString(), m["auxList1"_q][0].toString(),
-                          m["auxList2"_q][0].toString()}),
-             QStringList(
-                 {"CPRI"_q, "cpri_0"_q, "cpri_top"_q, "Q0_REFCLK0"_q, "122.880"_q, "0"_q, "0"_q}));
+    const QJsonObject m = runHost({"resources", Example}).json().object();
+    QCOMPARE(m.value("instanceName").toString(), "cpri_0:cpri_top");
+    QCOMPARE(m.value("laneList").toVariant().toStringList()
+                 + m.value("pllList").toVariant().toStringList()
+                 + m.value("lineRates").toVariant().toStringList(),
+             QStringList({"Q0_LANE1", "Q0_QPLL0", "9.83040"}));
+    QCOMPARE(QStringList({m["coreName"].toString(), m["fileValue"].toString(),
+                          m["moduleValue"].toString(), m["refClockList"][0].toString(),
+                          m["refFreqList"][0].toString(), m["auxList1"][0].toString(),
+                          m["auxList2"][0].toString()}),
+             QStringList({"CPRI", "cpri_0", "cpri_top", "Q0_REFCLK0", "122.880", "0", "0"}));
 }
 
 // The prefix given, if any -> the template's first wire and first connection.
 void TestCli::templateNamesWiresAfterAPrefix()
 {
     const QVector<QPair<QStringList, QString>> rows = {
-        {{}, "wire cpri_0_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(cpri_0_tx_arst_i),"_q},
-        {{"--prefix"_q, "u1_"_q},
-         "wire u1_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(u1_tx_arst_i),"_q},
-        {{"--prefix=-"_q},
-         "wire \\-tx_arst_i ;|cpri_top cpri_0 (|    .tx_arst_i(\\-tx_arst_i ),"_q},
-        {{"--prefix="_q}, "wire tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(tx_arst_i),"_q},
+        {{}, "wire cpri_0_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(cpri_0_tx_arst_i),"},
+        {{"--prefix", "u1_"}, "wire u1_tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(u1_tx_arst_i),"},
+        {{"--prefix=-"}, "wire \\-tx_arst_i ;|cpri_top cpri_0 (|    .tx_arst_i(\\-tx_arst_i ),"},
+        {{"--prefix="}, "wire tx_arst_i;|cpri_top cpri_0 (|    .tx_arst_i(tx_arst_i),"},
     };
     for (const auto &row : rows) {
         const QStringList text =
-            QString::fromUtf8(runHost(QStringList{"template"_q, Example} + row.first).out)
-                .split(QLatin1Char('\n'));
-        QCOMPARE(QStringList(
-                     {text.value(0), text.filter(" ("_q).value(0), text.filter("    ."_q).value(0)})
-                     .join(QLatin1Char('|')),
-                 row.second);
+            QString::fromUtf8(runHost(QStringList{"template", Example} + row.first).out)
+                .split('\n');
+        QCOMPARE(
+            QStringList({text.value(0), text.filter(" (").value(0), text.filter("    .").value(0)})
+                .join('|'),
+            row.second);
     }
 }
 
@@ -248,18 +206,17 @@ void TestCli::templateNamesWiresAfterAPrefix()
 void TestCli::sharedBiasReachesTheSettings()
 {
     QTemporaryDir work;
-    const QString record =
-        writeRecord(work.filePath("r.json"_q), R"({"ifChangedAllOfBias": true})");
+    const QString record = writeRecord(work.filePath("r.json"), R"({"ifChangedAllOfBias": true})");
     const QVector<QPair<QStringList, QString>> rows = {
-        {{"--shared"_q, "Q0_BIAS=12"_q}, "q0_rx_eq_bias 12"_q},
-        {{"--shared"_q, "Q1_BIAS=3"_q, "--shared"_q, "Q0_BIAS=0"_q}, "q0_rx_eq_bias 0"_q},
-        {{"--shared=Q0_BIAS=15"_q}, "q0_rx_eq_bias 15"_q},
+        {{"--shared", "Q0_BIAS=12"}, "q0_rx_eq_bias 12"},
+        {{"--shared", "Q1_BIAS=3", "--shared", "Q0_BIAS=0"}, "q0_rx_eq_bias 0"},
+        {{"--shared=Q0_BIAS=15"}, "q0_rx_eq_bias 15"},
     };
     for (const auto &row : rows) {
-        const Result r =
-            runHost(QStringList{"generate"_q, record, "--workdir"_q, work.path()} + row.first);
+        const Run r =
+            runHost(QStringList{"generate", record, "--workdir", work.path()} + row.first);
         QVERIFY2(r.exitCode == 0, r.err.constData());
-        QCOMPARE(r.json()["serdesSettings"_q].toVariant().toStringList().filter("_bias"_q),
+        QCOMPARE(r.json()["serdesSettings"].toVariant().toStringList().filter("_bias"),
                  QStringList{row.second});
     }
 }
@@ -379,15 +336,13 @@ void TestCli::refusal()
     QFETCH(QString, arguments);
     QFETCH(QString, message);
     QTemporaryDir dir;
-    const QString path = dir.filePath("record.json"_q), work = dir.filePath("work"_q);
+    const QString path = dir.filePath("record.json"), work = dir.filePath("work");
     QVERIFY(record.isEmpty() || write(path, record));
-    message.replace("WORK"_q, work);
-    QStringList words =
-        arguments.replace("RECORD"_q, path).replace("WORK"_q, work).split(QLatin1Char(' '));
-    const Result r = runHost(words.replaceInStrings("%20"_q, " "_q));
+    message.replace("WORK", work);
+    QStringList words = arguments.replace("RECORD", path).replace("WORK", work).split(' ');
+    const Run r = runHost(words.replaceInStrings("%20", " "));
     const QString err = QString::fromUtf8(r.err);
-    QVERIFY2(err.startsWith("cpri-host: "_q) && err.contains(message)
-                 && err.count(QLatin1Char('\n')) == 1,
+    QVERIFY2(err.startsWith("cpri-host: ") && err.contains(message) && err.count('\n') == 1,
              qPrintable(err));
     QVERIFY(r.exitCode == 2 && r.out.isEmpty() && !QFileInfo::exists(work));
 }
@@ -396,36 +351,33 @@ void TestCli::refusal()
 void TestCli::failuresNameTheirCause()
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath("file"_q), work = dir.filePath("work"_q),
-                  package = dir.filePath("package"_q);
-    QVERIFY(write(file, "in the way") && QDir().mkpath(package + "/data"_q)
-            && QDir().mkpath(dir.filePath("bare"_q)));
+    const QString file = dir.filePath("file"), work = dir.filePath("work"),
+                  package = dir.filePath("package");
+    QVERIFY(write(file, "in the way") && QDir().mkpath(package + "/data")
+            && QDir().mkpath(dir.filePath("bare")));
     for (const char *name : {"libcpri.so", "cpri.ipspec", "data/cpri_core_encryption.v"})
-        QVERIFY(QFile::copy(CPRI_PACKAGE_DIR "/"_q + QString::fromUtf8(name),
-                            package + "/"_q + QString::fromUtf8(name)));
-    QVERIFY(QFile::copy(CPRI_PLUGIN_PATH ""_q,
-                        dir.filePath("bare/libcpri.so"_q))); // a package without its descriptor
+        QVERIFY(QFile::copy(CPRI_PACKAGE_DIR "/" + QString::fromUtf8(name),
+                            package + "/" + QString::fromUtf8(name)));
+    QVERIFY(QFile::copy(CPRI_PLUGIN_PATH,
+                        dir.filePath("bare/libcpri.so"))); // a package without its descriptor
     QVERIFY(write(
-        package + "/data/cpri_top.v"_q,
-        read(CPRI_PACKAGE_DIR "/data/cpri_top.v"_q).replace("`include \"cpri_defines.vh\"", "")));
+        package + "/data/cpri_top.v",
+        read(CPRI_PACKAGE_DIR "/data/cpri_top.v").replace("`include \"cpri_defines.vh\"", "")));
     const QVector<QPair<QStringList, QString>> rows = {
-        {{"generate"_q, Example, "--workdir"_q, file},
-         "CPRI: cannot create directory "_q + file + "/cpri_0/temp"_q},
-        {{"template"_q, Example, "--out"_q, work + "/t.v"_q}, "cannot write "_q + work + "/t.v"_q},
-        {{"generate"_q, Example, "--workdir"_q, work, "--plugin"_q, package + "/libcpri.so"_q},
-         package
-             + "/data/cpri_top.v does not include top_define.vh and cpri_defines.vh once each"_q},
-        {{"info"_q, "--plugin"_q, work + "/libcpri.so"_q},
-         "cannot load plug-in "_q + work + "/libcpri.so"_q},
-        {{"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, work, "--out"_q,
-          file + "/r.json"_q},
-         "cannot write "_q + file + "/r.json"_q},
-        {{"info"_q, "--plugin"_q, dir.filePath("bare/libcpri.so"_q)},
-         "the package in "_q + dir.filePath("bare"_q)
-             + " offers no protocol (is its descriptor readable?)"_q},
+        {{"generate", Example, "--workdir", file},
+         "CPRI: cannot create directory " + file + "/cpri_0/temp"},
+        {{"template", Example, "--out", work + "/t.v"}, "cannot write " + work + "/t.v"},
+        {{"generate", Example, "--workdir", work, "--plugin", package + "/libcpri.so"},
+         package + "/data/cpri_top.v does not include top_define.vh and cpri_defines.vh once each"},
+        {{"info", "--plugin", work + "/libcpri.so"}, "cannot load plug-in " + work + "/libcpri.so"},
+        {{"dialog", "--edit", Example, "--accept", "--workdir", work, "--out", file + "/r.json"},
+         "cannot write " + file + "/r.json"},
+        {{"info", "--plugin", dir.filePath("bare/libcpri.so")},
+         "the package in " + dir.filePath("bare")
+             + " offers no protocol (is its descriptor readable?)"},
     };
     for (const auto &row : rows) {
-        const Result r = runHost(row.first);
+        const Run r = runHost(row.first);
         QVERIFY2(r.exitCode == 1 && r.err.startsWith("cpri-host: ")
                      && r.err.contains(row.second.toUtf8()) && r.err.count('\n') == 1,
                  r.err.constData());
@@ -436,63 +388,64 @@ void TestCli::failuresNameTheirCause()
 // The check cpri-host applies to the setting lines the plug-in made: one bad line each.
 void TestCli::settingLinesAsTheGeneratorJudgesThem()
 {
-    const QStringList good{"q0_ln1_pll_sel qpll0"_q, "q0_ln1_tx_rate 9.83040"_q,
-                           "q0_refclk0_freq 122.88"_q};
+    const QStringList good{"q0_ln1_pll_sel qpll0", "q0_ln1_tx_rate 9.83040",
+                           "q0_refclk0_freq 122.88"};
     const QVector<QPair<QString, QString>> bad = {
-        {"q0_ln1_rx_eq_mode "_q, "Malformed setting line \"q0_ln1_rx_eq_mode \""_q},
-        {"q0_ln2_enable true\nq0_x 1"_q, "Malformed setting line \"q0_ln2_enable true\nq0_x 1\""_q},
-        {"Q0_x 1"_q, "Malformed setting line \"Q0_x 1\""_q},
-        {"q0_ln1_tx_rate nan"_q, "Line rate \"nan\" of q0_ln1_tx_rate is not a number"_q},
-        {"q0_ln1_pll_sel qpll9"_q, "Unknown PLL \"qpll9\" for q0_ln1"_q},
-        {"mclk_freq 0"_q, "No reference clock frequency is set"_q},
+        {"q0_ln1_rx_eq_mode ", "Malformed setting line \"q0_ln1_rx_eq_mode \""},
+        {"q0_ln2_enable true\nq0_x 1", "Malformed setting line \"q0_ln2_enable true\nq0_x 1\""},
+        {"Q0_x 1", "Malformed setting line \"Q0_x 1\""},
+        {"q0_ln1_tx_rate nan", "Line rate \"nan\" of q0_ln1_tx_rate is not a number"},
+        {"q0_ln1_pll_sel qpll9", "Unknown PLL \"qpll9\" for q0_ln1"},
+        {"mclk_freq 0", "No reference clock frequency is set"},
     };
     QVERIFY(IPSERDESIP::generator::checkSettings(good).isEmpty());
     QCOMPARE(IPSERDESIP::generator::checkSettings(good.mid(1)),
-             QStringList{"No lane selects a PLL"_q});
+             QStringList{"No lane selects a PLL"});
     for (const auto &row : bad)
         QCOMPARE(IPSERDESIP::generator::checkSettings(good + QStringList{row.first}),
                  QStringList{row.second});
     // The register file: the lines, then the dividers found (VCO = 122.88 MHz * 80 / 1 = 9.8304 GHz).
     QTemporaryDir dir;
     IPSERDESIP::generator generator;
-    QVERIFY(generator.generate(good, dir.filePath("a.csr"_q), {"q0_enable true"_q}));
-    QCOMPARE(QString::fromUtf8(read(dir.filePath("a.csr"_q))).split("\n"_q),
+    QVERIFY(generator.generate(good, dir.filePath("a.csr"), {"q0_enable true"}));
+    QCOMPARE(QString::fromUtf8(read(dir.filePath("a.csr"))).split("\n"),
              good
-                 + QStringList({"q0_enable true"_q, "q0_ln1_pll_m 1"_q, "q0_ln1_pll_n 80"_q,
-                                "q0_ln1_pll_d 1"_q, "q0_ln1_vco_ghz 9.830400"_q, ""_q}));
-    QVERIFY(!generator.generate(good, dir.filePath("no/a.csr"_q), {}));
-    QVERIFY(generator.getErrStringList().value(0).startsWith(
-        "Cannot write "_q + dir.filePath("no/a.csr"_q) + ": "_q));
+                 + QStringList({"q0_enable true", "q0_ln1_pll_m 1", "q0_ln1_pll_n 80",
+                                "q0_ln1_pll_d 1", "q0_ln1_vco_ghz 9.830400", ""}));
+    QVERIFY(!generator.generate(good, dir.filePath("no/a.csr"), {}));
+    QVERIFY(generator.getErrStringList().value(0).startsWith("Cannot write "
+                                                             + dir.filePath("no/a.csr") + ": "));
 }
 
 void TestCli::dialogEditAndAcceptKeepsTheRecord()
 {
     QTemporaryDir dir;
-    const QString out = dir.filePath("accepted.json"_q);
-    const Result r = runHost(
-        {"dialog"_q, "--edit"_q, Example, "--accept"_q, "--out"_q, out, "--workdir"_q, dir.path()});
-    const QJsonObject original = QJsonDocument::fromJson(read(Example)).object();
+    const QString out = dir.filePath("accepted.json");
+    const Run r =
+        runHost({"dialog", "--edit", Example, "--accept", "--out", out, "--workdir", dir.path()});
+    const QJsonObject original = readJson(Example);
     QVERIFY2(r.exitCode == 0 && r.json().object() == original, r.err.constData());
-    QCOMPARE(QJsonDocument::fromJson(read(out)).object(), original);
+    QCOMPARE(readJson(out), original);
     // A new core whose folder is there already: the dialog asks, is answered Yes, and then
     // refuses a core without a rate; the folder it did not make stays.
-    const Result created = runHost(
-        {"dialog"_q, "--device"_q, "DVA-1-C2I1"_q, "--accept"_q, "--workdir"_q, dir.path()});
-    QCOMPARE(QString::fromUtf8(created.err),
-             "cpri-host: Question: The folder \"%1/cpri_0\" already exists. Its files may be "
-             "overwritten.\nDo you want to use it anyway?\ncpri-host: Error: Please Enable Speed\n"
-             "cpri-host: the dialog refused its settings\n"_q.arg(dir.path()));
-    QVERIFY(created.exitCode == 1
-            && QFileInfo(dir.filePath("cpri_0/temp/cpri/cpri.csr"_q)).isFile());
+    const Run created =
+        runHost({"dialog", "--device", "DVA-1-C2I1", "--accept", "--workdir", dir.path()});
+    QCOMPARE(
+        QString::fromUtf8(created.err),
+        QString(
+            "cpri-host: Question: The folder \"%1/cpri_0\" already exists. Its files may be "
+            "overwritten.\nDo you want to use it anyway?\ncpri-host: Error: Please Enable Speed\n"
+            "cpri-host: the dialog refused its settings\n")
+            .arg(dir.path()));
+    QVERIFY(created.exitCode == 1 && QFileInfo(dir.filePath("cpri_0/temp/cpri/cpri.csr")).isFile());
 }
 
 void TestCli::dialogSaysWhyItRefused()
 {
     QTemporaryDir dir;
-    const QString inTheWay = dir.filePath("file"_q);
+    const QString inTheWay = dir.filePath("file");
     QVERIFY(write(inTheWay, "not a folder"));
-    const Result folder =
-        runHost({"dialog"_q, "--edit"_q, Example, "--accept"_q, "--workdir"_q, inTheWay});
+    const Run folder = runHost({"dialog", "--edit", Example, "--accept", "--workdir", inTheWay});
     QVERIFY2(folder.exitCode == 1
                  && folder.err.endsWith(
                      ": the dialog refused its settings: CPRI: cannot create directory "
@@ -500,36 +453,35 @@ void TestCli::dialogSaysWhyItRefused()
              folder.err.constData());
     // The calculation refuses a reference clock that cannot make the rate: the folders it made go.
     const QString slow =
-        writeRecord(dir.filePath("slow.json"_q), R"({"Reference_CLK_Frequency": "100"})");
-    const Result rate = runHost(
-        {"dialog"_q, "--edit"_q, slow, "--accept"_q, "--workdir"_q, dir.filePath("new/work"_q)});
+        writeRecord(dir.filePath("slow.json"), R"({"Reference_CLK_Frequency": "100"})");
+    const Run rate =
+        runHost({"dialog", "--edit", slow, "--accept", "--workdir", dir.filePath("new/work")});
     QVERIFY2(
         rate.err.startsWith(
             "cpri-host: Failure: QPLL0 cannot generate 9.8304 Gbps from a 100 MHz reference clock\n")
             && rate.err.endsWith("\ncpri-host: the dialog refused its settings\n"),
         rate.err.constData());
-    QVERIFY(rate.exitCode == 1 && !QFileInfo::exists(dir.filePath("new"_q)));
-    const QString old = writeRecord(dir.filePath("old.json"_q), R"({"version": "0.9"})");
-    const Result version =
-        runHost({"dialog"_q, "--edit"_q, old, "--accept"_q, "--workdir"_q, dir.filePath("new"_q)});
+    QVERIFY(rate.exitCode == 1 && !QFileInfo::exists(dir.filePath("new")));
+    const QString old = writeRecord(dir.filePath("old.json"), R"({"version": "0.9"})");
+    const Run version =
+        runHost({"dialog", "--edit", old, "--accept", "--workdir", dir.filePath("new")});
     QCOMPARE(
         QString::fromUtf8(version.err),
         "cpri-host: Error: This version of specified IP Config file is incompatible with current "
-        "IP Core Generator.\ncpri-host: no record: the dialog was cancelled or refused\n"_q);
+        "IP Core Generator.\ncpri-host: no record: the dialog was cancelled or refused\n");
     QProcess nowhere; // no display to show the dialog on
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
         environment.remove(QString::fromUtf8(name));
     nowhere.setProcessEnvironment(environment);
-    nowhere.start(CPRI_HOST_PATH ""_q, {"dialog"_q, "--edit"_q, Example});
+    nowhere.start(CPRI_HOST_PATH, {"dialog", "--edit", Example});
     QVERIFY(
         nowhere.waitForFinished(-1) && nowhere.exitCode() == 2
         && nowhere.readAllStandardError()
                == "cpri-host: the dialog needs a display (set DISPLAY, or use --accept or --screenshot)\n");
     const QString longName =
-        writeRecord(dir.filePath("long.json"_q), "{\"file\": \"" + QByteArray(256, 'x') + "\"}");
-    const Result name =
-        runHost({"dialog"_q, "--edit"_q, longName, "--accept"_q, "--workdir"_q, dir.path()});
+        writeRecord(dir.filePath("long.json"), "{\"file\": \"" + QByteArray(256, 'x') + "\"}");
+    const Run name = runHost({"dialog", "--edit", longName, "--accept", "--workdir", dir.path()});
     QVERIFY2(
         name.exitCode == 1
             && name.err.startsWith(
@@ -540,9 +492,8 @@ void TestCli::dialogSaysWhyItRefused()
 void TestCli::dialogScreenshots()
 {
     QTemporaryDir dir;
-    const Result r =
-        runHost({"dialog"_q, "--device"_q, "DVB-1-C2I1"_q, "--screenshot"_q, dir.path()});
-    const QStringList shots = r.json().object().value("screenshots"_q).toVariant().toStringList();
+    const Run r = runHost({"dialog", "--device", "DVB-1-C2I1", "--screenshot", dir.path()});
+    const QStringList shots = r.json().object().value("screenshots").toVariant().toStringList();
     QVERIFY(r.exitCode == 0 && shots.size() == 5);
     // The whole dialog, as large as it asks to be, and each tab a picture of its own.
     QSet<QByteArray> pictures;
@@ -560,38 +511,38 @@ void TestCli::dialogScreenshots()
 void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
 {
     QTemporaryDir work;
-    const QString temp = work.filePath("core/temp"_q), dir = temp + "/cpri"_q;
-    const QStringList frequencies = "122.88 153.6 245.76 98.304 76.8 196.608 102.4"_q.split(
-        QLatin1Char(' ')); // all make 9.8304 Gbps
+    const QString temp = work.filePath("core/temp"), dir = temp + "/cpri";
+    const QStringList frequencies =
+        QString("122.88 153.6 245.76 98.304 76.8 196.608 102.4").split(' '); // all make 9.8304 Gbps
     const auto start = [&](QProcess &run, int round) {
         run.start(
-            CPRI_HOST_PATH ""_q,
-            {"generate"_q,
+            QString(CPRI_HOST_PATH),
+            {"generate",
              writeRecord(
-                 work.filePath("r%1"_q.arg(round)),
+                 work.filePath(QString("r%1").arg(round)),
                  QStringLiteral(
                      R"({"file": "core", "module": "m%1", "Config_Clk_Period": "%1", "Reference_CLK_Frequency": "%2"})")
                      .arg(round)
                      .arg(frequencies.at(round % 7))
                      .toUtf8()),
-             "--workdir"_q, work.path()});
+             "--workdir", work.path()});
         return &run;
     };
     const auto heldRound = [&] { // the round whose complete set the folder holds, or -1
         const int round =
-            QString::fromUtf8(read(dir + "/top_define.vh"_q)).section("module_name m"_q, 1).toInt();
+            QString::fromUtf8(read(dir + "/top_define.vh")).section("module_name m", 1).toInt();
         const QByteArray period =
             "CFG_CLK_PERIOD " + QByteArray::number(1000.0 / round, 'f', 2) + '\n';
         const QByteArray frequency =
             "q0_refclk0_freq " + frequencies.value(round % 7).toUtf8() + '\n';
-        const QString top = "/m%1.v"_q.arg(round);
+        const QString top = QString("/m%1.v").arg(round);
         return entries(dir)
-                           == QStringList({"cpri.csr"_q, "cpri.ini"_q, "cpri_defines.vh"_q,
-                                           top.mid(1), "top_define.vh"_q})
-                       && read(dir + "/cpri_defines.vh"_q).contains(period)
+                           == QStringList({"cpri.csr", "cpri.ini", "cpri_defines.vh", top.mid(1),
+                                           "top_define.vh"})
+                       && read(dir + "/cpri_defines.vh").contains(period)
                        && read(dir + top).contains(period)
-                       && read(dir + "/cpri.ini"_q).contains(frequency)
-                       && read(dir + "/cpri.csr"_q).contains(frequency)
+                       && read(dir + "/cpri.ini").contains(frequency)
+                       && read(dir + "/cpri.csr").contains(frequency)
                    ? round
                    : -1;
     };
@@ -615,7 +566,7 @@ void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
         const int now = heldRound();
         const bool killed = run.exitStatus() == QProcess::CrashExit;
         QVERIFY2((now == round && (killed || run.exitCode() == 0)) || (killed && now == held),
-                 qPrintable("round %1 left %2"_q.arg(round).arg(now)));
+                 qPrintable(QString("round %1 left %2").arg(round).arg(now)));
         ++counts[!killed ? 2 : now == held ? 0 : 1];
         // Two runs at once on the same core: both finish, and one set wins whole.
         start(a, round + 1);
@@ -624,9 +575,9 @@ void TestCli::killedAndRacingRunsLeaveOneCompleteSet()
                 && b.exitCode() == 0);
         held = heldRound();
         QVERIFY2(held == round + 1 || held == round + 41,
-                 qPrintable("race of %1 left %2"_q.arg(round + 1).arg(held)));
+                 qPrintable(QString("race of %1 left %2").arg(round + 1).arg(held)));
         counts[3] += held == round + 41;
-        QCOMPARE(entries(temp), QStringList{"cpri"_q});
+        QCOMPARE(entries(temp), QStringList{"cpri"});
     }
     qInfo(
         "killed before the commit %d, after it %d, not killed %d; races won by the later run %d of 20",

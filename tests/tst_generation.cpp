@@ -33,7 +33,7 @@ QStringList generated(const ConfigMap &r)
     namespace Gen = IPCPRI::Generate;
     QStringList all = Gen::topDefines(r) + Gen::coreDefines(r) + Gen::synthesisOptions(r);
     Serdes::appendLaneSettings(
-        all, u("q0_ln1"), u("q0"),
+        all, "q0_ln1", "q0",
         Serdes::laneInputFromRecord(r, r.value(Config::Key::TargetDevice).toString()));
     return all + Gen::referenceClockLines(r) + Gen::quadBiasLines(r);
 }
@@ -43,10 +43,10 @@ QString run(const char *program, const QStringList &arguments)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(u(program), arguments);
+    process.start(QString(program), arguments);
     const bool ok = process.waitForFinished(60000) && process.exitCode() == 0;
     const QString output = QString::fromUtf8(process.readAll()).trimmed();
-    return ok ? output : u(program) + u(" failed: ") + output + process.errorString();
+    return ok ? output : QString(program) + " failed: " + output + process.errorString();
 }
 
 // Compiled after the core, so its defines hold: prints what the core receives.
@@ -113,7 +113,7 @@ class TestGeneration : public QObject
         QStringList ignored;
         return protocol->generate(record, settings, ignored, options, message, synthesis);
     }
-    QString out(const char *f = "") const { return work.path() + u("/ip1/temp/cpri/") + u(f); }
+    QString out(const char *f = "") const { return work.path() + "/ip1/temp/cpri/" + QString(f); }
 
 private slots:
     void init()
@@ -122,34 +122,34 @@ private slots:
         registry->reset();
         QVERIFY(QDir(work.path()).removeRecursively() && QDir().mkpath(work.path()));
         registry->setWorkingDir(work.path());
-        registry->setData(u("Q0_BIAS"), 3);
-        registry->setData(u("Q1_BIAS"), 12);
-        protocol = std::make_unique<IPCPRI::cpri>(u(CPRI_PACKAGE_DIR));
+        registry->setData("Q0_BIAS", 3);
+        registry->setData("Q1_BIAS", 12);
+        protocol = std::make_unique<IPCPRI::cpri>(QString(CPRI_PACKAGE_DIR));
         QVERIFY(protocol->loadDescriptor());
         settings = lines("caller line");
         options = lines("-caller option");
-        message = u("untouched");
+        message = "untouched";
     }
 
     // Rows of changes.txt: the first gives the whole output of a base record,
     // each later one the lines that its changes to the base add.
     void recordChanges()
     {
-        const QStringList rows = fileLines(u(CPRI_SOURCE_DIR "/tests/changes.txt"))
-                                     .join(u("\n"))
-                                     .replace(u("=>\n|"), u("=> "))
-                                     .replace(u("\n|"), u("|"))
-                                     .split(u("\n"));
-        const ConfigMap base = with(ConfigMap(), rows.first().section(u(" =>"), 0, 0));
+        const QStringList rows = fileLines(QString(CPRI_SOURCE_DIR "/tests/changes.txt"))
+                                     .join("\n")
+                                     .replace("=>\n|", "=> ")
+                                     .replace("\n|", "|")
+                                     .split("\n");
+        const ConfigMap base = with(ConfigMap(), rows.first().section(" =>", 0, 0));
         QStringList before;
         for (const QString &row : rows) {
             QStringList added;
-            for (const QString &line : generated(
-                     with(before.isEmpty() ? ConfigMap() : base, row.section(u(" =>"), 0, 0))))
+            for (const QString &line :
+                 generated(with(before.isEmpty() ? ConfigMap() : base, row.section(" =>", 0, 0))))
                 if (!before.contains(line))
                     added << line;
-            QVERIFY2(added == lines(row.section(u("=> "), 1)),
-                     qPrintable(row + u("\ngives ") + added.join(u("|"))));
+            QVERIFY2(added == lines(row.section("=> ", 1)),
+                     qPrintable(row + "\ngives " + added.join("|")));
             before = generated(base);
         }
     }
@@ -157,7 +157,7 @@ private slots:
     // The files hold the record's lines; the lists are appended to.
     void generatesTheFiles()
     {
-        QVERIFY(generate(away()) && message == u("untouched")); // no synthesis asked for
+        QVERIFY(generate(away()) && message == "untouched"); // no synthesis asked for
         QCOMPARE(fileLines(out("top_define.vh")), lines("`define module_name my_cpri"));
         QCOMPARE(fileLines(out("cpri_defines.vh")), AwayDefines);
         QVERIFY(fileLines(out("cpri.ini")) == settings && settings == AwaySettings);
@@ -172,8 +172,8 @@ private slots:
         QVERIFY(QDir(work.path()).isEmpty());
         QVERIFY(generate(with(away(), "target_device=DVC-1-C2I1")) && !generate(ConfigMap()));
         QVERIFY(generate(away())); // on DVB-1 the lane would get other encoding lines
-        QCOMPARE(protocol->device().id(), u("DVC-1-C2I1"));
-        QCOMPARE(settings.count(u("q1_ln3_8b10b_encode disable")), 2);
+        QCOMPARE(protocol->device().id(), "DVC-1-C2I1");
+        QCOMPARE(settings.count("q1_ln3_8b10b_encode disable"), 2);
     }
 
     // What is in the way -> the files written. Only with nothing in the way does generation
@@ -185,27 +185,26 @@ private slots:
                                         "data -> top_define.vh cpri_defines.vh cpri.ini|"
                                         "none -> top_define.vh cpri_defines.vh cpri.ini")) {
             init();
-            const QString failing = row.section(u(" "), 0, 0);
+            const QString failing = row.section(" ", 0, 0);
             QTemporaryDir bare; // a package without its data folder
-            const QString file = u("/cpri.ipspec"), blocker = work.path() + u("/ip1/temp");
-            QVERIFY(QDir().mkpath(work.path() + u("/ip1"))
-                    && QFile::copy(u(CPRI_PACKAGE_DIR) + file, bare.path() + file));
-            QVERIFY(failing == u("temp") ? QFile(blocker).open(QIODevice::WriteOnly)
-                                         : QDir().mkpath(out() + failing));
-            if (failing == u("data"))
+            const QString file = "/cpri.ipspec", blocker = work.path() + "/ip1/temp";
+            QVERIFY(QDir().mkpath(work.path() + "/ip1")
+                    && QFile::copy(QString(CPRI_PACKAGE_DIR) + file, bare.path() + file));
+            QVERIFY(failing == "temp" ? QFile(blocker).open(QIODevice::WriteOnly)
+                                      : QDir().mkpath(out() + failing));
+            if (failing == "data")
                 protocol = std::make_unique<IPCPRI::cpri>(bare.path());
             QVERIFY(protocol->loadDescriptor());
-            QCOMPARE(generate(away(), true), failing == u("none"));
+            QCOMPARE(generate(away(), true), failing == "none");
             QVERIFY(settings == AwaySettings && options.size() == 20);
-            QString written = failing + u(" ->");
+            QString written = failing + " ->";
             for (const char *name : {"top_define.vh", "cpri_defines.vh", "cpri.ini"})
-                written += QFileInfo(out(name)).isFile() ? u(" ") + u(name) : QString();
+                written += QFileInfo(out(name)).isFile() ? " " + QString(name) : QString();
             QCOMPARE(written, row);
-            QCOMPARE(message == u("untouched"), failing != u("data") && failing != u("none"));
+            QCOMPARE(message == "untouched", failing != "data" && failing != "none");
         }
         // The reference host synthesises the record's module for the device with Yosys.
-        const QString synthesised =
-            u("cpri (my_cpri) for DVB-1-C2I1 with Yosys:\nNumber of wires: ");
+        const QString synthesised = "cpri (my_cpri) for DVB-1-C2I1 with Yosys:\nNumber of wires: ";
         QVERIFY2(message.contains(synthesised), qPrintable(message));
     }
 
@@ -213,34 +212,34 @@ private slots:
     void definesCompileWithTheCore()
     {
         namespace Gen = IPCPRI::Generate;
-        QVERIFY2(QFileInfo(u(IVERILOG_PATH)).isExecutable()
-                     && QFileInfo(u(VVP_PATH)).isExecutable(),
+        QVERIFY2(QFileInfo(QString(IVERILOG_PATH)).isExecutable()
+                     && QFileInfo(QString(VVP_PATH)).isExecutable(),
                  "Icarus Verilog (iverilog and vvp) is needed: install it and configure again");
         const QList<QPair<ConfigMap, QString>> rows = {
             // any period for a zero clock
-            {away(), u("7 16 6 011101111111 10 7fffffff 02 07 3f 6.67")},
+            {away(), "7 16 6 011101111111 10 7fffffff 02 07 3f 6.67"},
             {with(initial(), "file=ip1; module=my_cpri; Config_Clk_Period=0"),
-             u("0 64 6 000000000000 -1 00000000 01 02 14 ")},
+             "0 64 6 000000000000 -1 00000000 01 02 14 "},
         };
-        const QString core = u(CPRI_PACKAGE_DIR "/data/");
+        const QString core = QString(CPRI_PACKAGE_DIR "/data/");
         for (const auto &row : rows) {
             QFile bench(out("tb.v"));
             QVERIFY(generate(row.first) && bench.open(QIODevice::WriteOnly));
             bench.write(testbench());
             bench.close();
-            const QStringList files = {core + u("cpri_top.v"), core + u("cpri_core_encryption.v")};
-            QCOMPARE(run(IVERILOG_PATH, QStringList{u("-I"), out(), u("-o"), out("sim")} + files
+            const QStringList files = {core + "cpri_top.v", core + "cpri_core_encryption.v"};
+            QCOMPARE(run(IVERILOG_PATH, QStringList{"-I", out(), "-o", out("sim")} + files
                                             + QStringList{bench.fileName()}),
                      QString());
             const QString shown = run(VVP_PATH, {out("sim")});
             QCOMPARE(shown.left(row.second.size()), row.second);
-            QVERIFY2(!shown.contains(u("left ")), qPrintable(shown));
+            QVERIFY2(!shown.contains("left "), qPrintable(shown));
         }
         // Every define the files hold is one the top level closes.
         for (const ConfigMap &r :
              {away(), initial(), with(away(), "Master=false; MII=true; PLL_Selection=QPLL1")}) {
             for (const QString &line : Gen::topDefines(r) + Gen::coreDefines(r))
-                QVERIFY2(Gen::defineNames().contains(line.section(u(" "), 1, 1)), qPrintable(line));
+                QVERIFY2(Gen::defineNames().contains(line.section(" ", 1, 1)), qPrintable(line));
         }
     }
 };

@@ -2,6 +2,7 @@
 // and synthesis by Yosys.
 
 #include "dialogfixture.h"
+#include "testsupport.h"
 
 #include <config/speedrules.h>
 #include <dialog/coreports.h>
@@ -15,14 +16,11 @@
 static const QString Guide =
     QFileInfo(CPRI_PACKAGE_DIR "/doc/cpri_user_guide.html").absoluteFilePath();
 
-// Runs cpri-host with a PATH; standard output and error as one text, and the exit code.
-static QPair<QString, int> host(const QStringList &arguments, const QString &path = qgetenv("PATH"))
+// cpri-host's output and errors as one text, and its exit code.
+static QPair<QString, int> host(const QStringList &arguments, const QString &path = {})
 {
-    QProcess p;
-    p.setEnvironment(QProcess::systemEnvironment() << "PATH=" + path); // the last PATH counts
-    p.start(CPRI_HOST_PATH, arguments);
-    p.waitForFinished(-1);
-    return {QString::fromUtf8(p.readAllStandardOutput() + p.readAllStandardError()), p.exitCode()};
+    const TestSupport::Run run = TestSupport::runHost(arguments, path);
+    return {run.text(), run.exitCode};
 }
 
 // A package folder with plug-in and descriptor, no guide, and a top source that does not parse.
@@ -39,8 +37,7 @@ static QString brokenPackage(const QTemporaryDir &dir)
 
 static QString guideText()
 {
-    QFile file(Guide);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(TestSupport::read(Guide));
 }
 
 // A table's rows as plain cell texts (tags dropped, line breaks as "|"); the table by its id,
@@ -227,9 +224,8 @@ private slots:
     // domain that is no clock.
     void portMeaningsCoverTheFigure()
     {
-        QFile file(CPRI_SOURCE_DIR "/doc/portmeanings.txt");
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString meanings = QString::fromUtf8(file.readAll());
+        const QString meanings = TestSupport::read(CPRI_SOURCE_DIR "/doc/portmeanings.txt");
+        QVERIFY(!meanings.isEmpty());
         const char *const rows[][3] = {
             // a line changed, and the refusal; unchanged first
             {"", "", ""},
@@ -242,24 +238,18 @@ private slots:
         };
         for (const auto &row : rows) {
             QTemporaryDir dir;
-            QFile changed(dir.filePath("ports.txt"));
-            QVERIFY(changed.open(QIODevice::WriteOnly));
-            changed.write(
-                (*row[0] ? QString(meanings).replace(row[0], row[1]) : meanings).toUtf8());
-            changed.close();
-            QProcess guidegen;
-            guidegen.start(GUIDEGEN_PATH,
-                           {CPRI_PACKAGE_DIR "/cpri.ipspec", CPRI_SOURCE_DIR "/doc/keymeanings.txt",
-                            changed.fileName(),
-                            CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json",
-                            CPRI_SOURCE_DIR "/examples/project/project.json", CPRI_HOST_PATH,
-                            dir.filePath("g.html")});
-            QVERIFY(guidegen.waitForFinished(-1));
-            const QString error = QString::fromUtf8(guidegen.readAllStandardError());
+            QVERIFY(TestSupport::write(dir.filePath("ports.txt"),
+                                       QString(meanings).replace(row[0], row[1]).toUtf8()));
+            const TestSupport::Run run = TestSupport::run(
+                GUIDEGEN_PATH,
+                {CPRI_PACKAGE_DIR "/cpri.ipspec", CPRI_SOURCE_DIR "/doc/keymeanings.txt",
+                 dir.filePath("ports.txt"), CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json",
+                 CPRI_SOURCE_DIR "/examples/project/project.json", CPRI_HOST_PATH,
+                 dir.filePath("g.html")});
             const bool fine = !*row[2];
-            QVERIFY2(guidegen.exitCode() == (fine ? 0 : 1) && error.contains(row[2])
+            QVERIFY2(run.exitCode == (fine ? 0 : 1) && run.err.contains(row[2])
                          && QFile::exists(dir.filePath("g.html")) == fine,
-                     qPrintable(error));
+                     run.err.constData());
         }
     }
 

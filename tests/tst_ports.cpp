@@ -3,31 +3,23 @@
 // read them, and the dialog's symbol shows the same ports.
 
 #include "dialogfixture.h"
+#include "testsupport.h"
 
 #include <dialog/coreports.h>
 
+using namespace TestSupport;
+
 namespace {
 
-QByteArray read(const QString &path)
+// The ports `cpri-host ports` lists for a record, as "direction name width" lines.
+QStringList listedPorts(const QString &record)
 {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-bool write(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
-}
-
-// Runs a tool; its exit code and everything it printed.
-QPair<int, QString> run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    const bool ran = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
-    return {ran ? process.exitCode() : -1,
-            process.readAll() + (ran ? QByteArray() : process.errorString().toUtf8())};
+    QStringList ports;
+    for (const QJsonValue &p : runHost({"ports", record}).json().array())
+        ports << QString("%1 %2 %3")
+                     .arg(p["direction"].toString(), p["name"].toString())
+                     .arg(p["width"].toInt());
+    return ports;
 }
 
 // The module's ports in declaration order, from the JSON text Yosys writes.
@@ -84,9 +76,7 @@ private slots:
             QVERIFY2(QFileInfo(tool).isExecutable(),
                      "iverilog, verilator and yosys are needed: install them");
         QTemporaryDir work;
-        QJsonObject record =
-            QJsonDocument::fromJson(read(CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json"))
-                .object();
+        QJsonObject record = readJson(CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json");
         for (auto [key, value] : QJsonDocument::fromJson("{" + changes.toUtf8() + "}")
                                      .object()
                                      .toVariantMap()
@@ -94,25 +84,19 @@ private slots:
             record.insert(key, QJsonValue::fromVariant(value));
         const QString path = work.filePath("record.json"), instance = work.filePath("instance.v");
         QVERIFY(write(path, QJsonDocument(record).toJson()));
-        QCOMPARE(run(CPRI_HOST_PATH, {"generate", path, "--workdir", work.path()}).first, 0);
-        QStringList expected; // "direction name width" lines
-        for (const QJsonValue &p :
-             QJsonDocument::fromJson(run(CPRI_HOST_PATH, {"ports", path}).second.toUtf8()).array())
-            expected << QString("%1 %2 %3")
-                            .arg(p["direction"].toString(), p["name"].toString())
-                            .arg(p["width"].toInt());
+        QCOMPARE(runHost({"generate", path, "--workdir", work.path()}).exitCode, 0);
+        const QStringList expected = listedPorts(path);
         QCOMPARE(expected.size(), count);
-        QCOMPARE(run(CPRI_HOST_PATH, {"template", path, "--out", instance}),
-                 qMakePair(0, QString()));
-        QCOMPARE(run(CPRI_HOST_PATH, {"template", path}).second.toUtf8(), read(instance));
-        QCOMPARE(run(CPRI_HOST_PATH, {"ports", instance}).first, 2);
+        QCOMPARE(runHost({"template", path, "--out", instance}).trouble(), QString());
+        QCOMPARE(runHost({"template", path}).out, read(instance));
+        QCOMPARE(runHost({"ports", instance}).exitCode, 2);
 
         const QString module = record["module"].toString(),
                       dir = work.path() + "/" + record["file"].toString() + "/temp/cpri";
         const QStringList sources = {CPRI_PACKAGE_DIR "/data/cpri_top.v",
                                      CPRI_PACKAGE_DIR "/data/cpri_core_encryption.v"};
         const auto lint = QStringList{"--lint-only", "-Wall", "-I" + dir, "--top-module", module};
-        QCOMPARE(run(VERILATOR_PATH, lint + sources), qMakePair(0, QString()));
+        QCOMPARE(run(VERILATOR_PATH, lint + sources).trouble(), QString());
         // The template pasted into a module: every port bound, at its width.
         QVERIFY(
             write(work.filePath("wrapper.v"),
@@ -120,13 +104,15 @@ private slots:
         const auto icarus =
             QStringList{"-Wall",     "-g2005", "-I",      dir,  "-I",
                         work.path(), "-s",     "wrapper", "-o", work.filePath("sim")};
-        QCOMPARE(run(IVERILOG_PATH, icarus + sources + QStringList{work.filePath("wrapper.v")}),
-                 qMakePair(0, QString()));
+        QCOMPARE(run(IVERILOG_PATH, icarus + sources + QStringList{work.filePath("wrapper.v")})
+                     .trouble(),
+                 QString());
         const QString json = work.filePath("top.json");
         QCOMPARE(run(YOSYS_PATH, {"-q", "-p",
                                   QString("read_verilog -I%1 %2; hierarchy -top %3; write_json %4")
-                                      .arg(dir, sources.join(' '), module, json)}),
-                 qMakePair(0, QString()));
+                                      .arg(dir, sources.join(' '), module, json)})
+                     .trouble(),
+                 QString());
         QCOMPARE(yosysPorts(read(json), module), expected);
     }
 
@@ -140,7 +126,7 @@ private slots:
         const QString example = CPRI_SOURCE_DIR "/examples/project/", out = work.filePath("out");
         for (const QString &name : QDir(example).entryList({"*.json"}))
             QVERIFY(QFile::copy(example + name, work.filePath(name)));
-        QCOMPARE(run(CPRI_HOST_PATH, {"project", work.filePath("project.json")}).first, 0);
+        QCOMPARE(runHost({"project", work.filePath("project.json")}).exitCode, 0);
         const QStringList sources =
             QString::fromUtf8(read(out + "/cores.f")).split('\n', Qt::SkipEmptyParts);
         QCOMPARE(sources.size(), 5);
@@ -152,30 +138,24 @@ private slots:
                   "/* verilator lint_off UNDRIVEN */\n`include \"cores_template.v\"\nendmodule\n"));
         for (const char *list : {"/cores.f", "/backwards.f"})
             QCOMPARE(run(IVERILOG_PATH, {"-Wall", "-g2005", "-I", out, "-f", out + list, "-s",
-                                         "board", "-o", out + "/sim", out + "/board.v"}),
-                     qMakePair(0, QString()));
+                                         "board", "-o", out + "/sim", out + "/board.v"})
+                         .trouble(),
+                     QString());
         QCOMPARE(run(VERILATOR_PATH, {"--lint-only", "-Wall", "-I" + out, "-f", out + "/cores.f",
-                                      out + "/board.v", "--top-module", "board"}),
-                 qMakePair(0, QString()));
+                                      out + "/board.v", "--top-module", "board"})
+                     .trouble(),
+                 QString());
         const QString json = out + "/board.json";
         QCOMPARE(
             run(YOSYS_PATH,
                 {"-q", "-p",
                  QString(
                      "read_verilog -I%2 %1 %2/board.v; hierarchy -check -top board; write_json %3")
-                     .arg(sources.join(' '), out, json)}),
-            qMakePair(0, QString()));
-        for (const char *core : {"cpri_a", "cpri_b", "cpri_c", "cpri_d"}) {
-            QStringList expected;
-            for (const QJsonValue &p :
-                 QJsonDocument::fromJson(
-                     run(CPRI_HOST_PATH, {"ports", example + core + ".json"}).second.toUtf8())
-                     .array())
-                expected << QString("%1 %2 %3")
-                                .arg(p["direction"].toString(), p["name"].toString())
-                                .arg(p["width"].toInt());
-            QCOMPARE(yosysPorts(read(json), core + QString("_top")), expected);
-        }
+                     .arg(sources.join(' '), out, json)})
+                .trouble(),
+            QString());
+        for (const QString core : {"cpri_a", "cpri_b", "cpri_c", "cpri_d"})
+            QCOMPARE(yosysPorts(read(json), core + "_top"), listedPorts(example + core + ".json"));
     }
 
     // What the user clicks (and a saved record holds) -> an accepted record whose

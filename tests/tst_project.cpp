@@ -2,29 +2,24 @@
 // device; a fifth core is refused for each kind of conflict, naming the
 // earlier core, and only the cores that fit are written.
 
-// Test tables spell their texts as plain literals.
-#undef QT_NO_CAST_FROM_ASCII
+#include "testsupport.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
+using TestSupport::read;
+using TestSupport::readJson;
+using TestSupport::write;
+
 namespace {
 
 const QString Example = QStringLiteral(CPRI_SOURCE_DIR "/examples/project/");
-
-QJsonObject readJson(const QString &path)
-{
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return QJsonDocument::fromJson(file.readAll()).object();
-}
 
 struct Run
 {
@@ -33,21 +28,16 @@ struct Run
     QStringList errors;
 };
 
-Run runHost(const QStringList &arguments, const QString &path = qgetenv("PATH"))
+Run runHost(const QStringList &arguments, const QString &path = {})
 {
-    QProcess host;
-    host.setEnvironment(QProcess::systemEnvironment() << "PATH=" + path); // the last PATH counts
-    host.start(CPRI_HOST_PATH, arguments);
-    host.waitForFinished(-1);
-    const QString errors = QString::fromUtf8(host.readAllStandardError()).trimmed();
-    return {host.exitCode(), QJsonDocument::fromJson(host.readAllStandardOutput()).object(),
-            errors.isEmpty() ? QStringList() : errors.split('\n')};
+    const TestSupport::Run run = TestSupport::runHost(arguments, path);
+    return {run.exitCode, run.json().object(),
+            QString::fromUtf8(run.err).split('\n', Qt::SkipEmptyParts)};
 }
 
 void writeJson(const QString &path, const QJsonObject &object)
 {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(object).toJson()) > 0);
+    QVERIFY(write(path, QJsonDocument(object).toJson()));
 }
 
 // The example project in a scratch folder, its record files where they are
@@ -83,9 +73,7 @@ Run runProject(const QTemporaryDir &dir, const QJsonValue &extra, const QJsonObj
 
 QStringList lines(const QString &path)
 {
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+    return QString::fromUtf8(read(path)).split('\n', Qt::SkipEmptyParts);
 }
 
 // A fifth core: the second core's record with changes.

@@ -30,7 +30,7 @@ namespace {
 IPSERDESIP::ProtocolPackage *package(QPluginLoader &loader, const QString &dir,
                                      const QByteArray &descriptor = QByteArray())
 {
-    QFile file(dir + u("/cpri.ipspec"));
+    QFile file(dir + "/cpri.ipspec");
     if (!descriptor.isNull() && file.open(QIODevice::WriteOnly))
         file.write(descriptor);
     auto *root = qobject_cast<IPSERDESIP::ProtocolPackage *>(loader.instance());
@@ -47,11 +47,11 @@ class TestProtocol : public QObject
 private slots:
     void rootObject()
     {
-        QPluginLoader loader(u(CPRI_PLUGIN_PATH));
+        QPluginLoader loader(QString(CPRI_PLUGIN_PATH));
         const QJsonObject meta = loader.metaData();
-        QCOMPARE(meta.value(u("IID")).toString(), u("IPCPRI.cpripackage/1.0"));
-        QCOMPARE(meta.value(u("className")).toString(), u("cpripackage"));
-        QVERIFY(meta.value(u("MetaData")).toObject().isEmpty() && !loader.isLoaded());
+        QCOMPARE(meta.value("IID").toString(), "IPCPRI.cpripackage/1.0");
+        QCOMPARE(meta.value("className").toString(), "cpripackage");
+        QVERIFY(meta.value("MetaData").toObject().isEmpty() && !loader.isLoaded());
         QObject *root = loader.instance();
         QVERIFY(root == loader.instance() && !root->qt_metacast(nullptr));
         QCOMPARE(root->metaObject()->className(), "IPCPRI::cpripackage");
@@ -61,7 +61,7 @@ private slots:
         delete root;
         QVERIFY(loader.instance() && loader.instance() == loader.instance());
         QPluginLoader installed(qEnvironmentVariable("CPRI_STAGED_PLUGIN"));
-        auto both = package(loader, u(CPRI_PACKAGE_DIR))->protocols();
+        auto both = package(loader, QString(CPRI_PACKAGE_DIR))->protocols();
         both += package(installed, QFileInfo(installed.fileName()).path())->protocols();
         QVERIFY(both.size() == 2 && both.first() != both.last() && !both.first()->parent());
         // No meta-object of its own: the protocol object reports its base's class.
@@ -86,23 +86,22 @@ private slots:
         };
         for (const auto &row : rows) {
             QTemporaryDir dir;
-            QPluginLoader loader(u(CPRI_PLUGIN_PATH));
+            QPluginLoader loader(QString(CPRI_PLUGIN_PATH));
             const auto protocols = package(loader, dir.path(), row.first)->protocols();
-            QString answers = u("none");
+            QString answers = "none";
             for (IPSERDESIP::BaseProtocol *p : protocols) {
                 answers =
                     QStringList(
-                        {p->id(), p->name(), p->version(), p->category().join(u(",")), p->summary(),
-                         QVariant(p->isDeviceSupported(DEV::DeviceArg(u("id"), u("P"), u("C"))))
-                             .toString()})
-                        .join(u("|"));
+                        {p->id(), p->name(), p->version(), p->category().join(","), p->summary(),
+                         QVariant(p->isDeviceSupported(DEV::DeviceArg("id", "P", "C"))).toString()})
+                        .join("|");
                 QCOMPARE(static_cast<IPCPRI::cpri *>(p)
                              ->descriptor()
                              .value(IPCPRI::Descriptor::DataDir)
                              .toString(),
-                         dir.path() + u("/data"));
+                         dir.path() + "/data");
             }
-            QCOMPARE(answers, u(row.second));
+            QCOMPARE(answers, QString(row.second));
             qDeleteAll(protocols);
         }
     }
@@ -116,14 +115,14 @@ private slots:
         IPSERDESIP::serdes *registry = IPSERDESIP::serdes::instance();
         registry->reset();
         registry->setWorkingDir(work.path());
-        registry->setData(u("Q0_BIAS"), 3);
-        registry->setData(u("Q1_BIAS"), 12);
-        IPCPRI::cpri protocol(u(CPRI_PACKAGE_DIR));
+        registry->setData("Q0_BIAS", 3);
+        registry->setData("Q1_BIAS", 12);
+        IPCPRI::cpri protocol(QString(CPRI_PACKAGE_DIR));
         QStringList settings, ignored, options;
         QString message; // generation leaves a record in the protocol object
         QVERIFY(protocol.loadDescriptor()
                 && protocol.generate(away(), settings, ignored, options, message, false));
-        const DEV::DeviceArg device = Core::IdeCore::deviceDataBase()->findDevice(u("DVA-1-C2I1"));
+        const DEV::DeviceArg device = Core::IdeCore::deviceDataBase()->findDevice("DVA-1-C2I1");
         registry->setDevice(device);
         const QStringList clicks = lines("speedSel98304 speedEnable98304|speedSel3072 Calculate|"
                                          "speedSel98304 speedEnable98304|"
@@ -131,22 +130,22 @@ private slots:
         int shown = 0;
         CpriHost::ModalDriver driver;
         driver.setDialogHandler([&](QDialog *dialog) {
-            QVERIFY(!dialog->findChild<QAbstractButton *>(u("speedSel3072"))->isChecked());
-            for (const QString &name : clicks.value(shown++).split(u(" ")))
+            QVERIFY(!dialog->findChild<QAbstractButton *>("speedSel3072")->isChecked());
+            for (const QString &name : clicks.value(shown++).split(" "))
                 dialog->findChild<QAbstractButton *>(name)->click();
             if (dialog->isVisible())
                 dialog->reject();
         });
         driver.start();
-        QVERIFY(protocol.createConfig(u("cpri_0"), device).isEmpty());
+        QVERIFY(protocol.createConfig("cpri_0", device).isEmpty());
         QCOMPARE(protocol.configuration(), away()); // neither cleared nor collected
-        QVERIFY(protocol.createConfig(u("cpri_0"), device).isEmpty());
+        QVERIFY(protocol.createConfig("cpri_0", device).isEmpty());
         QVERIFY(!protocol.configuration().isEmpty() && protocol.configuration() != away());
         QVERIFY(protocol.editConfig(with(initial(), "target_device=DVA-1-C2I1")).isEmpty());
         QVERIFY(protocol.editConfig(with(initial(), "version=1.1")).isEmpty()); // never shown
-        const ConfigMap created = protocol.createConfig(u("cpri_1"), device);
+        const ConfigMap created = protocol.createConfig("cpri_1", device);
         QVERIFY(created == protocol.configuration() && shown == 4);
-        QCOMPARE(created.value(u("target_device")).toString(), u("DVA-1-C2I1"));
+        QCOMPARE(created.value("target_device").toString(), "DVA-1-C2I1");
     }
 };
 

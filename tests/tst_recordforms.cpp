@@ -33,32 +33,32 @@ private slots:
     {
         for (int number = 0; number < 8; ++number) {
             const QString q = QString::number(number / 4), l = QString::number(number % 4);
-            const QString name = u("Q%1 Lane%2").arg(q, l);
+            const QString name = QString("Q%1 Lane%2").arg(q, l);
             const Serdes::Lane *lane = Serdes::laneByDisplayName(name);
             QVERIFY(lane);
             const auto pll = [lane](const char *p) {
-                return Serdes::pllKey(*lane, u(p)).value_or(u("-"));
+                return Serdes::pllKey(*lane, QString(p)).value_or("-");
             };
-            const ConfigMap record = with({}, u("Channel_Selection=") + name);
-            QCOMPARE(QStringList({lane->key, lane->prefix, lane->quadName, lane->quadPrefix,
-                                  lane->cpllKey, Serdes::laneAccessName(name, true),
-                                  Serdes::laneAccessName(name, false), pll("QPLL0"), pll("QPLL1"),
-                                  pll("CPLL"), pll("qpll0"), pll(""),
-                                  IPCPRI::Generate::coreDefines(record).first()}),
-                     lines(u("Q%1_LANE%2|q%1_ln%2|Q%1|q%1|Q%1_CPLL%2|Q%1_LANE%2_RX|Q%1_LANE%2_TX|"
-                             "Q%1_QPLL0|Q%1_QPLL1|Q%1_CPLL%2|-|-|`define LANE_NUM %3")
-                               .arg(q, l)
-                               .arg(number)));
+            const ConfigMap record = with({}, "Channel_Selection=" + name);
+            QCOMPARE(
+                QStringList({lane->key, lane->prefix, lane->quadName, lane->quadPrefix,
+                             lane->cpllKey, Serdes::laneAccessName(name, true),
+                             Serdes::laneAccessName(name, false), pll("QPLL0"), pll("QPLL1"),
+                             pll("CPLL"), pll("qpll0"), pll(""),
+                             IPCPRI::Generate::coreDefines(record).first()}),
+                lines(QString("Q%1_LANE%2|q%1_ln%2|Q%1|q%1|Q%1_CPLL%2|Q%1_LANE%2_RX|Q%1_LANE%2_TX|"
+                              "Q%1_QPLL0|Q%1_QPLL1|Q%1_CPLL%2|-|-|`define LANE_NUM %3")
+                          .arg(q, l)
+                          .arg(number)));
         }
         for (const char *name : {"", "q0 lane0", "Q0Lane0", "Q2 Lane0", "Q0_LANE0"})
-            QVERIFY2(!Serdes::laneByDisplayName(u(name)), name);
-        QVERIFY(Config::keySpec(u("Line_Rate")) && !Config::keySpec(u("Line_rate")));
+            QVERIFY2(!Serdes::laneByDisplayName(QString(name)), name);
+        QVERIFY(Config::keySpec("Line_Rate") && !Config::keySpec("Line_rate"));
         const QStringList others = lines("Q0 REFCLK0|Q0 REFCLK1|Q1 REFCLK0|Q1 REFCLK1");
-        QCOMPARE(Serdes::offeredRefClocks(u("DVA-2")),
+        QCOMPARE(Serdes::offeredRefClocks("DVA-2"),
                  lines("Q0 REFCLK0|Q0 REFCLK1|Q0 REFCLK2|Q0 REFCLK3|Q0 REFIN0|Q0 REFIN1"));
-        QCOMPARE(Serdes::offeredRefClocks(u("DVB-6")),
-                 lines("Q0 REFCLK0|Q0 REFCLK1|Q0 REFIN|MCLK"));
-        QCOMPARE(Serdes::offeredRefClocks(u("DVC-1")) + Serdes::offeredRefClocks(u("dva-1")),
+        QCOMPARE(Serdes::offeredRefClocks("DVB-6"), lines("Q0 REFCLK0|Q0 REFCLK1|Q0 REFIN|MCLK"));
+        QCOMPARE(Serdes::offeredRefClocks("DVC-1") + Serdes::offeredRefClocks("dva-1"),
                  others + others);
     }
 
@@ -70,22 +70,20 @@ private slots:
                    "8 -> 000100000000 8 8.11008Gbps|10 -> 010000000000 10 12.16512Gbps|"
                    "6 8 -> 000101000000 6 9.83040Gbps|"
                    "0 1 2 3 4 5 6 7 8 9 10 11 -> 011101111111 10 12.16512Gbps")) {
-            const QString on = row.section(u("->"), 0, 0);
+            const QString on = row.section("->", 0, 0);
             QVector<bool> boxes(12);
-            for (const QString &index : on.split(u(" "), Qt::SkipEmptyParts))
+            for (const QString &index : on.split(" ", Qt::SkipEmptyParts))
                 boxes[index.toInt()] = true;
             const Config::SpeedState state = Config::speedState(boxes);
-            QCOMPARE(QStringList({on + u("->"), state.mask, QString::number(state.highestIndex),
+            QCOMPARE(QStringList({on + "->", state.mask, QString::number(state.highestIndex),
                                   Config::lineRateText(state.highest)})
-                         .join(u(" ")),
+                         .join(" "),
                      row);
             QCOMPARE(state.rates.size(), 11);
         }
         QStringList classes; // those that withdraw rates before moving a check to 1.2288 Gbps
         for (const Config::SpeedClass &c : Config::speedClasses())
-            classes << c.key
-                           + (c.disableBeforeMove && !c.moveCheckFrom.isEmpty() ? u(" first")
-                                                                                : u(""));
+            classes << c.key + (c.disableBeforeMove && !c.moveCheckFrom.isEmpty() ? " first" : "");
         QCOMPARE(classes, lines("3.072G_and_Under|6.144G_and_Under|9.8304G_and_Under first|"
                                 "10.1376G_and_Under first|12.16512G_and_Under"));
     }
@@ -96,19 +94,19 @@ private slots:
     {
         QTemporaryDir work;
         IPSERDESIP::serdes::instance()->setWorkingDir(work.path());
-        IPCPRI::cpri protocol(u(CPRI_PACKAGE_DIR));
+        IPCPRI::cpri protocol(QString(CPRI_PACKAGE_DIR));
         QStringList settings, ignored, options;
         QString message; // generation leaves a record in the protocol object
         QVERIFY(protocol.loadDescriptor()
                 && protocol.generate(away(), settings, ignored, options, message, false));
-        for (const QString &row : fileLines(u(CPRI_SOURCE_DIR "/tests/resources.txt"))) {
-            const QString changes = row.section(u(" =>"), 0, 0);
+        for (const QString &row : fileLines(QString(CPRI_SOURCE_DIR "/tests/resources.txt"))) {
+            const QString changes = row.section(" =>", 0, 0);
             std::unique_ptr<IPSERDESIP::Message> m(protocol.checkResources(with({}, changes)));
-            QString fields = changes + u(" => ") + m->coreName + u("|") + m->instanceName + u("|")
-                             + m->fileValue + u("|") + m->moduleValue;
+            QString fields = changes + " => " + m->coreName + "|" + m->instanceName + "|"
+                             + m->fileValue + "|" + m->moduleValue;
             for (const QStringList &list : {m->pllList, m->refClockList, m->refFreqList,
                                             m->laneList, m->lineRates, m->auxList1, m->auxList2})
-                fields += u("|") + (list.isEmpty() ? u("") : u("'") + list.join(u("','")) + u("'"));
+                fields += "|" + (list.isEmpty() ? "" : "'" + list.join("','") + "'");
             QCOMPARE(fields, row);
         }
         QCOMPARE(protocol.configuration(), away());

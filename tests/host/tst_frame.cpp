@@ -43,7 +43,7 @@ QStringList cutOn(QWidget *dialog, QWidget *page, bool scrolls)
 {
     QStringList cut;
     for (QWidget *w : dialog->findChildren<QWidget *>()) {
-        if (w->objectName().startsWith(QLatin1String("qt_")) || !w->isVisible()
+        if (w->objectName().startsWith("qt_") || !w->isVisible()
             || std::none_of(std::begin(Controls), std::end(Controls),
                             [w](const char *kind) { return w->inherits(kind); }))
             continue;
@@ -77,8 +77,7 @@ QList<Utils::PinFigure> pins(const char *names)
 {
     QList<Utils::PinFigure> list;
     for (const QString &n : words(names))
-        list << Utils::PinFigure(n, n.contains(QLatin1String("_o")), n.contains(QLatin1Char('[')),
-                                 Qt::AlignLeft);
+        list << Utils::PinFigure(n, n.contains("_o"), n.contains('['), Qt::AlignLeft);
     return list;
 }
 
@@ -237,8 +236,8 @@ void TestFrame::figureSortsAndSizesPorts()
     const QFontMetrics plain(view.font());
     view.setPins(pins("a_i b_o c_i[3:0] d_o[7:0] wider_e_o"));
     QCOMPARE(view.sizeHint().width() - base.width(),
-             plain.horizontalAdvance(QStringLiteral("wider_e_o"))
-                 - plain.horizontalAdvance(QStringLiteral("d_o[7:0]")));
+             plain.horizontalAdvance(QString("wider_e_o"))
+                 - plain.horizontalAdvance(QString("d_o[7:0]")));
     view.setPins(pins("a_i b_o c_i[3:0] d_o[7:0] e_o x_i y_i"));
     const int row = view.sizeHint().height() - base.height();
     view.setPins(pins("a_i b_o c_i[3:0] d_o[7:0] e_o x_i y_i z_i w_o"));
@@ -253,7 +252,7 @@ void TestFrame::figureSortsAndSizesPorts()
     PinFigureView one, other; // the same sizes, other names: the names and wires are drawn
     one.setPins(pins("ab_i cd_o[1:0]")), other.setPins(pins("ba_i dc_o[1:0]"));
     QVERIFY(one.grab().toImage() != other.grab().toImage());
-    const QString title = QStringLiteral("a_title_wider_than_the_ports_of_the_figure");
+    const QString title = QString("a_title_wider_than_the_ports_of_the_figure");
     view.setTitle(title);
     const int titled = view.sizeHint().width();
     view.setTitle(title + title);
