@@ -45,12 +45,18 @@ struct Run
     }
 };
 
-// Runs a program to its end; a PATH given replaces the one of this process.
-inline Run run(const QString &program, const QStringList &arguments, const QString &path = {})
+// Runs a program to its end, in this process's environment changed as given: "NAME=value"
+// sets a variable, "NAME" removes it.
+inline Run run(const QString &program, const QStringList &arguments,
+               const QStringList &environment = {})
 {
     QProcess process;
-    if (!path.isNull()) // the last PATH counts
-        process.setEnvironment(QProcess::systemEnvironment() << "PATH=" + path);
+    QProcessEnvironment changed = QProcessEnvironment::systemEnvironment();
+    for (const QString &variable : environment)
+        variable.contains('=')
+            ? changed.insert(variable.section('=', 0, 0), variable.section('=', 1))
+            : changed.remove(variable);
+    process.setProcessEnvironment(changed);
     process.start(program, arguments);
     const bool ran = process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit;
     return {ran ? process.exitCode() : -1, process.readAllStandardOutput(),
@@ -58,9 +64,9 @@ inline Run run(const QString &program, const QStringList &arguments, const QStri
 }
 
 // cpri-host run to its end.
-inline Run runHost(const QStringList &arguments, const QString &path = {})
+inline Run runHost(const QStringList &arguments, const QStringList &environment = {})
 {
-    return run(CPRI_HOST_PATH, arguments, path);
+    return run(CPRI_HOST_PATH, arguments, environment);
 }
 
 } // namespace TestSupport

@@ -109,8 +109,7 @@ const Case Loading[] = {
               "Q0 REFCLK3|Q0 REFIN0|Q0 REFIN1@Q0 REFCLK1;refClkFreq 153.6;cmSpinBox 0..19=3;"
               "c0Lael 33;attSpinBox 0..10=2;biasSpinBox 0..15=12;biasFlag 1;"
               "figure clocks narrow d16 frame rtv gmii control status"),
-    Case("disabled rate checked").saved("version=1.0;0.6144Gbps=true")
-        .sees("rates #+++++++++;lineRate 4.9152-"),
+    Case("disabled rate checked").saved("version=1.0;0.6144Gbps=true").sees("rates #+++++++++;lineRate 4.9152-"),
 };
 // clang-format on
 
@@ -120,31 +119,19 @@ const Case Loading[] = {
 // clang-format off
 const Case SpeedRules[] = {
     Case("nothing chosen").sees("rates -+++++++++;classes +++++;lineRate 0Gbps-"),
-    Case("rate sets line rate").does("speedEnable1216512")
-        .sees("rates -++++++++*;lineRate 12.16512Gbps-"),
-    Case("rates exclusive").does("speedEnable1216512;speedEnable811008")
-        .sees("rates -++++++*++;lineRate 8.11008Gbps-"),
-    Case("3G class keeps 2.4G").does("speedEnable24576;speedSel3072")
-        .sees("rates -+*+------;classes *++++;lineRate 2.45760Gbps-"),
-    Case("3G class moves 4.9G").does("speedEnable49152;speedSel3072")
-        .sees("rates -*++------;classes *++++;lineRate 4.91520Gbps-"),
-    Case("6G class moves 8.1G").does("speedEnable811008;speedSel6144")
-        .sees("rates -*++++----;classes +*+++;lineRate 8.11008Gbps-"),
-    Case("9.8G class moves 10G").does("speedEnable101376;speedSel98304")
-        .sees("rates -*+++++---;classes ++*++;lineRate 10.13760Gbps-"),
-    Case("10G class moves 12G").does("speedEnable1216512;speedSel101376")
-        .sees("rates -*+++++++-;classes +++*+;lineRate 12.16512Gbps-"),
-    Case("classes exclusive").does("speedSel3072;speedSel1216512")
-        .sees("rates -+++++++++;classes ++++*"),
-    Case("10G class after 6G").does("speedSel6144;speedSel101376")
-        .sees("rates -++++++++-;classes +++*+"),
+    Case("rate sets line rate").does("speedEnable1216512").sees("rates -++++++++*;lineRate 12.16512Gbps-"),
+    Case("rates exclusive").does("speedEnable1216512;speedEnable811008").sees("rates -++++++*++;lineRate 8.11008Gbps-"),
+    Case("3G class keeps 2.4G").does("speedEnable24576;speedSel3072").sees("rates -+*+------;classes *++++;lineRate 2.45760Gbps-"),
+    Case("3G class moves 4.9G").does("speedEnable49152;speedSel3072").sees("rates -*++------;classes *++++;lineRate 4.91520Gbps-"),
+    Case("6G class moves 8.1G").does("speedEnable811008;speedSel6144").sees("rates -*++++----;classes +*+++;lineRate 8.11008Gbps-"),
+    Case("9.8G class moves 10G").does("speedEnable101376;speedSel98304").sees("rates -*+++++---;classes ++*++;lineRate 10.13760Gbps-"),
+    Case("10G class moves 12G").does("speedEnable1216512;speedSel101376").sees("rates -*+++++++-;classes +++*+;lineRate 12.16512Gbps-"),
+    Case("classes exclusive").does("speedSel3072;speedSel1216512").sees("rates -+++++++++;classes ++++*"),
+    Case("10G class after 6G").does("speedSel6144;speedSel101376").sees("rates -++++++++-;classes +++*+"),
     Case("C1 grade to 8.1G").on(Dvb).sees("rates -+++++++--"),
-    Case("C1 grade 12G class").on(Dvb).does("speedEnable811008;speedSel1216512")
-        .sees("rates -++++++*--;classes ++++*"),
-    Case("C1 grade 10G after 6G").on(Dvb).does("speedSel6144;speedSel101376")
-        .sees("rates -+++++++--;classes +++*+"),
-    Case("disabled rate ignores clicks").on("DVC-2-I2").does("speedEnable1216512")
-        .sees("rates -+++++++--;lineRate 0Gbps-"),
+    Case("C1 grade 12G class").on(Dvb).does("speedEnable811008;speedSel1216512").sees("rates -++++++*--;classes ++++*"),
+    Case("C1 grade 10G after 6G").on(Dvb).does("speedSel6144;speedSel101376").sees("rates -+++++++--;classes +++*+"),
+    Case("disabled rate ignores clicks").on("DVC-2-I2").does("speedEnable1216512").sees("rates -+++++++--;lineRate 0Gbps-"),
 };
 // clang-format on
 
@@ -157,8 +144,7 @@ const Case RateOptions[] = {
     Case("12G both").does("speedEnable1216512").sees(Rtv + Enc),
     Case("10G both").does("speedEnable101376").sees(Rtv + Enc),
     Case("8.1G 64B/66B only").does("speedEnable1216512;speedEnable811008").sees(Rtv + '-' + Enc),
-    Case("class withdraws 10G").does("speedEnable101376;speedSel98304")
-        .sees(Rtv + '-' + Enc + "-^"),
+    Case("class withdraws 10G").does("speedEnable101376;speedSel98304").sees(Rtv + '-' + Enc + "-^"),
     Case("2.4G neither").does("speedEnable811008;speedEnable24576").sees(Rtv + '-' + Enc + "-^"),
     Case("unlisted device 3G").on(Dvc).does("speedEnable3072").sees(Rtv + '-' + Enc),
     Case("unlisted device 12G").on(Dvc).does("speedEnable1216512").sees(Rtv + Enc),
@@ -195,10 +181,8 @@ const Case FieldRules[] = {
 const QString Afe = "IPCPRI__afe_config/";
 // clang-format off
 const Case Taps[] = {
-    Case("C0 of 21").does("ffeModeCombox=Manual;cmSpinBox=9;c1SpinBox=10")
-        .sees("c0Lael 21;cmSpinBox 0..19=9;c1SpinBox 0..19=10"),
-    Case("C0 of 20 warns").does("ffeModeCombox=Manual;cmSpinBox=10;c1SpinBox=10")
-        .sees("c0Lael 20").boxes(Msg::C0),
+    Case("C0 of 21").does("ffeModeCombox=Manual;cmSpinBox=9;c1SpinBox=10").sees("c0Lael 21;cmSpinBox 0..19=9;c1SpinBox 0..19=10"),
+    Case("C0 of 20 warns").does("ffeModeCombox=Manual;cmSpinBox=10;c1SpinBox=10").sees("c0Lael 20").boxes(Msg::C0),
     Case("Auto FFE resets taps")
         .does("ffeModeCombox=Manual;c1SpinBox=19;cmSpinBox=19;ffeModeCombox=Auto")
         .sees("c0Lael 40;cmSpinBox 0..19=0-;c1SpinBox 0..19=0-;" + Afe + "label (0~19)-;" + Afe
@@ -247,25 +231,18 @@ Case loads(const char *name, const QString &keys, const QString &groups)
 // clang-format off
 const Case Figure[] = {
     Case("base").sees(Base),
-    Case("3G 16 bits").does("speedSel3072")
-        .sees("figure clocks narrow d16 frame mii control status"),
-    Case("6G 32 bits").does("speedSel6144")
-        .sees("figure clocks narrow d32 frame mii control status"),
-    Case("9.8G 64 bits").does("speedSel98304")
-        .sees("figure clocks narrow d64 frame mii control status"),
+    Case("3G 16 bits").does("speedSel3072").sees("figure clocks narrow d16 frame mii control status"),
+    Case("6G 32 bits").does("speedSel6144").sees("figure clocks narrow d32 frame mii control status"),
+    Case("9.8G 64 bits").does("speedSel98304").sees("figure clocks narrow d64 frame mii control status"),
     Case("10G wide").does("speedSel101376").sees(Wide),
     Case("12G wide").does("speedSel1216512").sees(Wide),
     Case("GMII").does("GMII").sees("figure clocks frame gmii control status"),
-    Case("RTV").does("speedSel1216512;speedEnable101376;RealTimeVendor")
-        .sees("figure clocks wide d64 frame rtv mii control status"),
+    Case("RTV").does("speedSel1216512;speedEnable101376;RealTimeVendor").sees("figure clocks wide d64 frame rtv mii control status"),
     // The 12.16512 Gbps box refreshes nothing: its withdrawal shows at the next refresh.
     Case("12G box refreshes nothing")
         .does("speedSel1216512;speedEnable1216512;RealTimeVendor;speedEnable98304")
         .sees("figure clocks wide d64 frame rtv mii control status"),
-    Case("next refresh drops RTV")
-        .does("speedSel1216512;speedEnable1216512;RealTimeVendor;speedEnable98304;"
-              "speedSel1216512")
-        .sees(Wide),
+    Case("next refresh drops RTV").does("speedSel1216512;speedEnable1216512;RealTimeVendor;speedEnable98304;speedSel1216512").sees(Wide),
     Case("loopback").does("checkBoxLoopBackPorts").sees(Base + " loopback drpclk"),
     Case("DRP").does("checkBoxDRPPort").sees(Base + " drpclk drp"),
     loads("swing", "Differential_Swing_Ports=true", " swing drpclk"),
@@ -288,16 +265,11 @@ const QString Q0Both = "pll:Q0_QPLL0:9.8304;pll:Q0_QPLL1:9.8304";
 // clang-format off
 const Case Plls[] = {
     Case("all free").on(Dvc).does("speedEnable98304").sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
-    Case("taken at another rate").on(Dvc).given("pll:Q0_QPLL1:9.8304").does("speedEnable6144")
-        .sees("PLL_Selection QPLL0|CPLL@QPLL0"),
-    Case("taken ones that make it").on(Dvc).given(Q0Both).does("speedEnable49152")
-        .sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
-    Case("no QPLL makes it").on(Dvc).given(Q0Both).does("speedEnable6144")
-        .sees("PLL_Selection CPLL@CPLL"),
-    Case("other quad free").on(Dvc).given(Q0Both).does("speedEnable6144;ChannelSel=Q1 Lane2")
-        .sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
-    Case("Q1 QPLL0 taken").on(Dvc).given("pll:Q1_QPLL0:9.8304")
-        .does("speedEnable6144;ChannelSel=Q1 Lane0").sees("PLL_Selection QPLL1|CPLL@QPLL1"),
+    Case("taken at another rate").on(Dvc).given("pll:Q0_QPLL1:9.8304").does("speedEnable6144").sees("PLL_Selection QPLL0|CPLL@QPLL0"),
+    Case("taken ones that make it").on(Dvc).given(Q0Both).does("speedEnable49152").sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
+    Case("no QPLL makes it").on(Dvc).given(Q0Both).does("speedEnable6144").sees("PLL_Selection CPLL@CPLL"),
+    Case("other quad free").on(Dvc).given(Q0Both).does("speedEnable6144;ChannelSel=Q1 Lane2").sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
+    Case("Q1 QPLL0 taken").on(Dvc).given("pll:Q1_QPLL0:9.8304").does("speedEnable6144;ChannelSel=Q1 Lane0").sees("PLL_Selection QPLL1|CPLL@QPLL1"),
     Case("Q1 QPLL0 shared").on(Dvc).given("pll:Q1_QPLL0:9.8304")
         .does("speedEnable98304;ChannelSel=Q1 Lane3").sees("PLL_Selection QPLL0|QPLL1|CPLL@QPLL0"),
 };
@@ -308,8 +280,7 @@ const Case Plls[] = {
 // by name appends them to the list and empties the PLL list.
 // clang-format off
 const Case Clocking[] = {
-    Case("fixed frequency locked").given("ref:Q0 REFCLK1:245.76:1")
-        .does("refClkSource=Q0 REFCLK1;refClkFreq=300").sees("refClkFreq 245.76-"),
+    Case("fixed frequency locked").given("ref:Q0 REFCLK1:245.76:1").does("refClkSource=Q0 REFCLK1;refClkFreq=300").sees("refClkFreq 245.76-"),
     Case("lanes refreshed by name").does("updateLaneConect()")
         .sees("ChannelSel Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3|Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3@"
               "Q0 Lane0;PLL_Selection @;freeLanes Q0 Lane0|Q0 Lane1|Q0 Lane2|Q0 Lane3 (4)"),

@@ -34,25 +34,19 @@ Case accepted(const char *name, const QString &steps, const QString &shared = QS
 // the bias decision and publishes an accepted bias for its quad.
 // clang-format off
 const Case Ok[] = {
-    refused("file name first", "fileNameEdit=;moduleNameEdit=;").given("full")
-        .boxes("Error: The file name*"),
-    refused("folder kept on No", Rate98304).given("folder").answering(No)
-        .boxes("Question: The folder*"),
-    accepted("folder replaced on Yes", Rate98304, "Q0_BIAS=#7").given("folder")
-        .boxes("Question: The folder*|" + Msg::bias(Q00, 7)),
-    accepted("bias decided by Calculate", Rate98304 + "Calculate;", "Q0_BIAS=#7")
-        .boxes(Msg::bias(Q00, 7) + '|' + Msg::Succeed),
+    refused("file name first", "fileNameEdit=;moduleNameEdit=;").given("full").boxes("Error: The file name*"),
+    refused("folder kept on No", Rate98304).given("folder").answering(No).boxes("Question: The folder*"),
+    accepted("folder replaced on Yes", Rate98304, "Q0_BIAS=#7").given("folder").boxes("Question: The folder*|" + Msg::bias(Q00, 7)),
+    accepted("bias decided by Calculate", Rate98304 + "Calculate;", "Q0_BIAS=#7").boxes(Msg::bias(Q00, 7) + '|' + Msg::Succeed),
     accepted("own folder not asked", Rate98304).given("folder").saved(Saved + "file=cpri_0"),
-    refused("module name before lane", "moduleNameEdit=1a;").given("full")
-        .boxes("Error: The module name*"),
+    refused("module name before lane", "moduleNameEdit=1a;").given("full").boxes("Error: The module name*"),
     refused("no free lane", "").given("full").boxes("Error: No available lanes"),
     refused("no rate", "").boxes("Error: Please Enable Speed"),
     refused("class without rate", "speedSel3072;").boxes("Error: Please Enable Speed"),
     refused("rate without class", "speedEnable3072;").boxes("Error: Please Select Speed Selection"),
     refused("C0 of 20", Rate98304 + "ffeModeCombox=Manual;cmSpinBox=9;c1SpinBox=10;cmSpinBox=10;")
         .sees("accepted no;shared ;c0Lael 20").boxes(Msg::C0 + '|' + Msg::C0),
-    refused("clock out of reach", Rate98304 + "ChannelSel=Q1 Lane0;refClkSource=Q0 REFIN;").on(Dvb)
-        .boxes(Msg::bias(Q10, 7) + '|' + Msg::RefClock),
+    refused("clock out of reach", Rate98304 + "ChannelSel=Q1 Lane0;refClkSource=Q0 REFIN;").on(Dvb).boxes(Msg::bias(Q10, 7) + '|' + Msg::RefClock),
     refused("working folder a file", Rate98304).given("nodir"),
     refused("PLL cannot make rate", Rate98304 + "PLL_Selection=CPLL;")
         .boxes(Msg::bias(Q00, 7) + "|Failure: CPLL cannot generate 9.8304 Gbps from a 122.88 MHz "
@@ -62,11 +56,9 @@ const Case Ok[] = {
     accepted("bias published for Q1", Rate98304 + "ChannelSel=Q1 Lane1;biasSpinBox=9;",
              "Q1_BIAS=#9").on(Dvc).boxes(Msg::bias("Q1 Lane0, Q1 Lane2, Q1 Lane3", 9)),
     accepted("bias declined", Rate98304).answering(No).boxes(Msg::bias(Q00, 7)),
-    accepted("saved decision applies", Rate98304 + "biasSpinBox=4;", "Q0_BIAS=#4")
-        .saved("version=1.0;ifChangedAllOfBias=true"),
+    accepted("saved decision applies", Rate98304 + "biasSpinBox=4;", "Q0_BIAS=#4").saved("version=1.0;ifChangedAllOfBias=true"),
     accepted("saved refusal not asked", Rate98304).saved(Saved),
-    accepted("opened undecided asks", Rate98304).saved("version=1.0").answering(No)
-        .boxes(Msg::bias(Q00, 7)),
+    accepted("opened undecided asks", Rate98304).saved("version=1.0").answering(No).boxes(Msg::bias(Q00, 7)),
     accepted("registry's bias published", Rate98304 + "ChannelSel=Q1 Lane3;", "Q1_BIAS=#12")
         .on(Dvc).given("data:Q1_BIAS:12").boxes(Msg::bias("Q1 Lane0, Q1 Lane1, Q1 Lane2", 12)),
 };
@@ -108,8 +100,7 @@ const Case Calculate[] = {
         .sees("biasLines q1_rx_eq_bias 7;route FormStringToREFSPtr(q0_gpio) "
               "checkAccess(q0_gpio, Q1_LANE0_RX)")
         .boxes(Msg::bias(Q10, 7) + '|' + Msg::RefClock),
-    Case("no line rate").answering(No).does("Calculate").sees("biasLines ")
-        .boxes(Msg::bias(Q00, 7) + "|Failure: No line rate is set"),
+    Case("no line rate").answering(No).does("Calculate").sees("biasLines ").boxes(Msg::bias(Q00, 7) + "|Failure: No line rate is set"),
     // A rate the PLL cannot make from the reference: why, and what would.
     Case("PLL cannot make rate").answering(No)
         .does("speedSel101376;speedEnable101376;PLL_Selection=CPLL;Calculate").sees("biasLines ")
@@ -125,8 +116,7 @@ const Case Calculate[] = {
         .sees("biasLines ").boxes(Msg::bias(Q00, 7) + "|Failure: Malformed setting line "
                                   "\"q0_ln0_pll_sel \"\nNo lane selects a PLL"),
     Case("no lane").given("full").saved("version=1.0;Reference_CLK_Source=none").does("Calculate"),
-    Case("working folder a file").given("nodir").does("speedEnable98304;Calculate")
-        .sees("route FormStringToREFSPtr(q0_refclk0)"),
+    Case("working folder a file").given("nodir").does("speedEnable98304;Calculate").sees("route FormStringToREFSPtr(q0_refclk0)"),
 };
 // clang-format on
 

@@ -3,6 +3,7 @@
 // Icarus Verilog with the shipped core.
 
 #include "testrecords.h"
+#include "testsupport.h"
 
 #include <generate/definefiles.h>
 #include <generate/synthesisoptions.h>
@@ -12,7 +13,6 @@
 #include <ipserdes/serdes.h>
 
 #include <QDir>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -36,17 +36,6 @@ QStringList generated(const ConfigMap &r)
         all, "q0_ln1", "q0",
         Serdes::laneInputFromRecord(r, r.value(Config::Key::TargetDevice).toString()));
     return all + Gen::referenceClockLines(r) + Gen::quadBiasLines(r);
-}
-
-// The output of a program, or what went wrong.
-QString run(const char *program, const QStringList &arguments)
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QString(program), arguments);
-    const bool ok = process.waitForFinished(60000) && process.exitCode() == 0;
-    const QString output = QString::fromUtf8(process.readAll()).trimmed();
-    return ok ? output : QString(program) + " failed: " + output + process.errorString();
 }
 
 // Compiled after the core, so its defines hold: prints what the core receives.
@@ -216,22 +205,22 @@ private slots:
                      && QFileInfo(QString(VVP_PATH)).isExecutable(),
                  "Icarus Verilog (iverilog and vvp) is needed: install it and configure again");
         const QList<QPair<ConfigMap, QString>> rows = {
+            // clang-format off
             // any period for a zero clock
             {away(), "7 16 6 011101111111 10 7fffffff 02 07 3f 6.67"},
-            {with(initial(), "file=ip1; module=my_cpri; Config_Clk_Period=0"),
-             "0 64 6 000000000000 -1 00000000 01 02 14 "},
+            {with(initial(), "file=ip1; module=my_cpri; Config_Clk_Period=0"), "0 64 6 000000000000 -1 00000000 01 02 14 "},
+            // clang-format on
         };
         const QString core = QString(CPRI_PACKAGE_DIR "/data/");
         for (const auto &row : rows) {
-            QFile bench(out("tb.v"));
-            QVERIFY(generate(row.first) && bench.open(QIODevice::WriteOnly));
-            bench.write(testbench());
-            bench.close();
+            QVERIFY(generate(row.first) && TestSupport::write(out("tb.v"), testbench()));
             const QStringList files = {core + "cpri_top.v", core + "cpri_core_encryption.v"};
-            QCOMPARE(run(IVERILOG_PATH, QStringList{"-I", out(), "-o", out("sim")} + files
-                                            + QStringList{bench.fileName()}),
+            QCOMPARE(TestSupport::run(IVERILOG_PATH, QStringList{"-I", out(), "-o", out("sim")}
+                                                         + files + QStringList{out("tb.v")})
+                         .trouble(),
                      QString());
-            const QString shown = run(VVP_PATH, {out("sim")});
+            const TestSupport::Run sim = TestSupport::run(VVP_PATH, {out("sim")});
+            const QString shown = sim.exitCode == 0 ? sim.text() : sim.trouble();
             QCOMPARE(shown.left(row.second.size()), row.second);
             QVERIFY2(!shown.contains("left "), qPrintable(shown));
         }

@@ -17,9 +17,9 @@ static const QString Guide =
     QFileInfo(CPRI_PACKAGE_DIR "/doc/cpri_user_guide.html").absoluteFilePath();
 
 // cpri-host's output and errors as one text, and its exit code.
-static QPair<QString, int> host(const QStringList &arguments, const QString &path = {})
+static QPair<QString, int> host(const QStringList &arguments, const QStringList &environment = {})
 {
-    const TestSupport::Run run = TestSupport::runHost(arguments, path);
+    const TestSupport::Run run = TestSupport::runHost(arguments, environment);
     return {run.text(), run.exitCode};
 }
 
@@ -227,14 +227,13 @@ private slots:
         const QString meanings = TestSupport::read(CPRI_SOURCE_DIR "/doc/portmeanings.txt");
         QVERIFY(!meanings.isEmpty());
         const char *const rows[][3] = {
+            // clang-format off
             // a line changed, and the refusal; unchanged first
             {"", "", ""},
-            {"hfnsync_o rx_clk_i the receive side is in hyperframe synchronisation (HFNSYNC)\n", "",
-             "gives no meaning of port \"hfnsync_o\""},
-            {"# Data path\n", "hfnsync_x rx_clk_i x\n",
-             "names \"hfnsync_x\", which is no port of the core"},
-            {"rx_clk_i clock", "rx_clk_i hfnsync_o",
-             "the clock domain \"rx_clk_i\", which is no clock of the core"},
+            {"hfnsync_o rx_clk_i the receive side is in hyperframe synchronisation (HFNSYNC)\n", "", "gives no meaning of port \"hfnsync_o\""},
+            {"# Data path\n", "hfnsync_x rx_clk_i x\n", "names \"hfnsync_x\", which is no port of the core"},
+            {"rx_clk_i clock", "rx_clk_i hfnsync_o", "the clock domain \"rx_clk_i\", which is no clock of the core"},
+            // clang-format on
         };
         for (const auto &row : rows) {
             QTemporaryDir dir;
@@ -375,7 +374,8 @@ private slots:
             host(generate + QStringList{"--plugin", brokenPackage(package)});
         QVERIFY2(broken.second == 1 && broken.first.contains(".v:1: ERROR: syntax error"),
                  qPrintable(broken.first));
-        QVERIFY(host(generate, "/nonexistent").first.contains("(no synthesis tool in this host)"));
+        QVERIFY(host(generate, {"PATH=/nonexistent"})
+                    .first.contains("(no synthesis tool in this host)"));
     }
 };
 

@@ -28,9 +28,9 @@ struct Run
     QStringList errors;
 };
 
-Run runHost(const QStringList &arguments, const QString &path = {})
+Run runHost(const QStringList &arguments, const QStringList &environment = {})
 {
-    const TestSupport::Run run = TestSupport::runHost(arguments, path);
+    const TestSupport::Run run = TestSupport::runHost(arguments, environment);
     return {run.exitCode, run.json().object(),
             QString::fromUtf8(run.err).split('\n', Qt::SkipEmptyParts)};
 }
@@ -136,7 +136,7 @@ private slots:
             const QString out = dir.filePath("out");
             const Run run = runHost(
                 {"project", writeProject(dir, QJsonValue()), "--synthesize", "--workdir", out},
-                path);
+                {"PATH=" + path});
             const bool yosys = path != "/nonexistent";
             QCOMPARE(run.code, yosys ? 0 : 1);
             for (const QJsonValue &core : run.report.value("cores").toArray()) {

@@ -74,15 +74,14 @@ private slots:
     {
         const QByteArray ok = "ipcore.id = i\nipcore.name = n\nipcore.version = 2\n";
         const QList<QPair<QByteArray, const char *>> rows = {
+            // clang-format off
             {QByteArray(), "none"},
             {"ipcore.id=x\nnot a line\n", "none"},
             {"ipcore.id=x", "none"},
-            {ok
-                 + "ipcore.category += a\nipcore.category += b\nipcore.doc.summary = s\n"
-                   "ipcore.dir.data = /else\nipcore.device.supported += P\n",
-             "i|n|2|a,b|s|true"},
+            {ok + "ipcore.category += a\nipcore.category += b\nipcore.doc.summary = s\nipcore.dir.data = /else\nipcore.device.supported += P\n", "i|n|2|a,b|s|true"},
             {ok, "i|n|2|||true"},
             {ok + "ipcore.device.supported+=P\nipcore.device.unsupported+=P\n", "i|n|2|||false"},
+            // clang-format on
         };
         for (const auto &row : rows) {
             QTemporaryDir dir;

@@ -75,25 +75,17 @@ void TestRegistry::conflictsNameResourceAndHolder_data()
     QTest::addColumn<bool>("routeTaken");  // by checkRoute, which knows no line rate
     for (const auto &row : std::initializer_list<std::tuple<const char *, const char *, bool>>{
              {"Q0_LANE1 Q0_CPLL1 Q0_REFCLK0 122.88 2.4576", "lane|Q0_LANE1|a:x|lane Q0_LANE1 is held by a:x", false},
-             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK0 245.76 2.4576", "reference|Q0_REFCLK0|a:x|reference clock "
-                                                            "Q0_REFCLK0 is set to 122.88 MHz by a:x, not 245.76 MHz", false},
-             {"Q0_LANE2 Q0_QPLL0 Q0_REFCLK1 245.76 9.8304",
-              "PLL|Q0_QPLL0|a:x|PLL Q0_QPLL0 is fed from Q0_REFCLK0 by a:x, not from Q0_REFCLK1", false},
-             {"Q0_LANE2 Q0_QPLL0 Q0_REFCLK0 122.88 10.1376",
-              "PLL|Q0_QPLL0|a:x|PLL Q0_QPLL0 is set to 9.8304 GHz by a:x and cannot produce 10.1376 Gbps", true},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK0 245.76 2.4576", "reference|Q0_REFCLK0|a:x|reference clock Q0_REFCLK0 is set to 122.88 MHz by a:x, not 245.76 MHz", false},
+             {"Q0_LANE2 Q0_QPLL0 Q0_REFCLK1 245.76 9.8304", "PLL|Q0_QPLL0|a:x|PLL Q0_QPLL0 is fed from Q0_REFCLK0 by a:x, not from Q0_REFCLK1", false},
+             {"Q0_LANE2 Q0_QPLL0 Q0_REFCLK0 122.88 10.1376", "PLL|Q0_QPLL0|a:x|PLL Q0_QPLL0 is set to 9.8304 GHz by a:x and cannot produce 10.1376 Gbps", true},
              {"Q0_LANE2 Q0_QPLL1 Q0_REFCLK0 122.88 20", "PLL|Q0_QPLL1||PLL Q0_QPLL1 cannot produce 20 Gbps", true},
              {"Q0_LANE2 Q1_QPLL0 Q0_REFCLK0 122.88 9.8304", "PLL|Q1_QPLL0||PLL Q1_QPLL0 cannot clock lane Q0_LANE2", false},
-             {"Q0_LANE2 Q0_CPLL2 Q1_REFCLK2 122.88 2.4576",
-              "reference|Q1_REFCLK2||reference clock Q1_REFCLK2 does not reach lane Q0_LANE2", false},
-             {"Q1_LANE2 Q1_CPLL2 Q0_REFIN2 122.88 2.4576",
-              "reference|Q0_REFIN2||reference clock Q0_REFIN2 does not reach lane Q1_LANE2", false},
-             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK1 abc 2.4576",
-              "reference|Q0_REFCLK1||reference clock Q0_REFCLK1 cannot run at 0 MHz", false},
-             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK0 122.88 2.4576,Q2_LANE0 Q0_CPLL0 Q0_REFCLK0 122.88 2.4576",
-              "unknown|Q2_LANE0||lane Q2_LANE0 is not on device DVC-1-C2I1", false},
+             {"Q0_LANE2 Q0_CPLL2 Q1_REFCLK2 122.88 2.4576", "reference|Q1_REFCLK2||reference clock Q1_REFCLK2 does not reach lane Q0_LANE2", false},
+             {"Q1_LANE2 Q1_CPLL2 Q0_REFIN2 122.88 2.4576", "reference|Q0_REFIN2||reference clock Q0_REFIN2 does not reach lane Q1_LANE2", false},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK1 abc 2.4576", "reference|Q0_REFCLK1||reference clock Q0_REFCLK1 cannot run at 0 MHz", false},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK0 122.88 2.4576,Q2_LANE0 Q0_CPLL0 Q0_REFCLK0 122.88 2.4576", "unknown|Q2_LANE0||lane Q2_LANE0 is not on device DVC-1-C2I1", false},
              {"Q0_LANE2 Q0_CPLL4 Q0_REFCLK0 122.88 2.4576", "unknown|Q0_CPLL4||PLL \"Q0_CPLL4\" does not exist", false},
-             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK9 122.88 2.4576",
-              "unknown|Q0_REFCLK9||reference clock \"Q0_REFCLK9\" does not exist", false},
+             {"Q0_LANE2 Q0_CPLL2 Q0_REFCLK9 122.88 2.4576", "unknown|Q0_REFCLK9||reference clock \"Q0_REFCLK9\" does not exist", false},
              {"", "unknown|||core b:y names no lane", true}})
         QTest::newRow(std::get<1>(row)) << QString(std::get<0>(row)) << QString(std::get<1>(row)) << std::get<2>(row);
 }
@@ -292,24 +284,13 @@ void TestRegistry::unreachableRateNamesItsCause()
         all,
         "61.44, 76.8, 100, 122.88, 125, 153.6, 156.25, 184.32, 200, 245.76, 250, 307.2, 312.5, 368.64, 491.52");
     const char *const rows[][2] = {
-        {"cpll 10.1376 122.88",
-         "CPLL cannot generate 10.1376 Gbps from a 122.88 MHz reference clock|CPLL VCO range: 2 to 6.25 GHz; "
-         "10.1376 Gbps needs a VCO of 5.0688 GHz, which no divider setting reaches from 122.88 MHz|These PLL kinds generate "
-         "10.1376 Gbps from 122.88 MHz: QPLL0 (VCO 10.1376 GHz), QPLL1 (VCO 10.1376 GHz)|CPLL generates 10.1376 Gbps from none "
-         "of the common reference clocks (ALL MHz)"},
-        {"cpll 4 100.0001",
-         "CPLL cannot generate 4 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 "
-         "GHz; 4 Gbps needs a VCO of 2 or 4 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
-         "generates 4 Gbps from 100.0001 MHz|CPLL generates 4 Gbps from these common reference clocks: 100, 125, 200, 250 MHz"},
-        {"qpll1 14 125",
-         "QPLL1 cannot generate 14 Gbps from a 125 MHz reference clock|QPLL1 VCO range: 8 to 13 GHz; no "
-         "output divider brings 14 Gbps into it|These PLL kinds generate 14 Gbps from 125 MHz: QPLL0 (VCO 14 GHz)|QPLL1 "
-         "generates 14 Gbps from none of the common reference clocks (ALL MHz)"},
-        {"qpll0 16.375 100.0001",
-         "QPLL0 cannot generate 16.375 Gbps from a 100.0001 MHz reference clock|QPLL0 VCO range: 9.8 to "
-         "16.375 GHz; 16.375 Gbps needs a VCO of 16.375 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind "
-         "generates 16.375 Gbps from 100.0001 MHz|QPLL0 generates 16.375 Gbps from these common reference clocks: 125, 250 MHz"},
+        // clang-format off
+        {"cpll 10.1376 122.88", "CPLL cannot generate 10.1376 Gbps from a 122.88 MHz reference clock|CPLL VCO range: 2 to 6.25 GHz; 10.1376 Gbps needs a VCO of 5.0688 GHz, which no divider setting reaches from 122.88 MHz|These PLL kinds generate 10.1376 Gbps from 122.88 MHz: QPLL0 (VCO 10.1376 GHz), QPLL1 (VCO 10.1376 GHz)|CPLL generates 10.1376 Gbps from none of the common reference clocks (ALL MHz)"},
+        {"cpll 4 100.0001", "CPLL cannot generate 4 Gbps from a 100.0001 MHz reference clock|CPLL VCO range: 2 to 6.25 GHz; 4 Gbps needs a VCO of 2 or 4 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind generates 4 Gbps from 100.0001 MHz|CPLL generates 4 Gbps from these common reference clocks: 100, 125, 200, 250 MHz"},
+        {"qpll1 14 125", "QPLL1 cannot generate 14 Gbps from a 125 MHz reference clock|QPLL1 VCO range: 8 to 13 GHz; no output divider brings 14 Gbps into it|These PLL kinds generate 14 Gbps from 125 MHz: QPLL0 (VCO 14 GHz)|QPLL1 generates 14 Gbps from none of the common reference clocks (ALL MHz)"},
+        {"qpll0 16.375 100.0001", "QPLL0 cannot generate 16.375 Gbps from a 100.0001 MHz reference clock|QPLL0 VCO range: 9.8 to 16.375 GHz; 16.375 Gbps needs a VCO of 16.375 GHz, which no divider setting reaches from 100.0001 MHz|No PLL kind generates 16.375 Gbps from 100.0001 MHz|QPLL0 generates 16.375 Gbps from these common reference clocks: 125, 250 MHz"},
         {"qpll0 0 122.88", "No line rate is set"},
+        // clang-format on
     };
     QTemporaryDir dir;
     for (const auto &row : rows) {
