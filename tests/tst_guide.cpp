@@ -220,38 +220,6 @@ private slots:
         }
     }
 
-    // The guide's generator refuses port meanings that miss a port, name none, or name a
-    // domain that is no clock.
-    void portMeaningsCoverTheFigure()
-    {
-        const QString meanings = TestSupport::read(CPRI_SOURCE_DIR "/doc/portmeanings.txt");
-        QVERIFY(!meanings.isEmpty());
-        const char *const rows[][3] = {
-            // clang-format off
-            // a line changed, and the refusal; unchanged first
-            {"", "", ""},
-            {"hfnsync_o rx_clk_i the receive side is in hyperframe synchronisation (HFNSYNC)\n", "", "gives no meaning of port \"hfnsync_o\""},
-            {"# Data path\n", "hfnsync_x rx_clk_i x\n", "names \"hfnsync_x\", which is no port of the core"},
-            {"rx_clk_i clock", "rx_clk_i hfnsync_o", "the clock domain \"rx_clk_i\", which is no clock of the core"},
-            // clang-format on
-        };
-        for (const auto &row : rows) {
-            QTemporaryDir dir;
-            QVERIFY(TestSupport::write(dir.filePath("ports.txt"),
-                                       QString(meanings).replace(row[0], row[1]).toUtf8()));
-            const TestSupport::Run run = TestSupport::run(
-                GUIDEGEN_PATH,
-                {CPRI_PACKAGE_DIR "/cpri.ipspec", CPRI_SOURCE_DIR "/doc/keymeanings.txt",
-                 dir.filePath("ports.txt"), CPRI_SOURCE_DIR "/examples/cpri_9g8304_q0lane1.json",
-                 CPRI_SOURCE_DIR "/examples/project/project.json", CPRI_HOST_PATH,
-                 dir.filePath("g.html")});
-            const bool fine = !*row[2];
-            QVERIFY2(run.exitCode == (fine ? 0 : 1) && run.err.contains(row[2])
-                         && QFile::exists(dir.filePath("g.html")) == fine,
-                     run.err.constData());
-        }
-    }
-
     // The project section: its table names every field of a project file, and it quotes the
     // dialog's own messages. Run as written in a copy of the example project, every cpri-host
     // command and option it names is the host's, every shell line succeeds (the real tools
